@@ -1,0 +1,309 @@
+#include "xml/xml_document.h"
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "xml/ascii.h"
+
+CXmlDocument::CXmlDocument() : current_(&root_) {}
+
+void CXmlDocument::Clear() {
+    root_.DeleteChildren();
+    current_ = &root_;
+    root_.SetParent(nullptr);
+    root_.ClearTextsKeepAttributes();
+}
+
+int CXmlDocument::ClassifyTag(std::string_view tag, std::string& inner) {
+    inner.clear();
+    if (tag.empty()) return -1;
+    inner.reserve(tag.size());
+    char p = '0';
+    int r = 0;
+    for (char c : tag) {
+        if (p == '<') {
+            if (c == '!' || c == '?') return -1;
+            if (c == '/') r = 1;
+        } else if (p == '/' && c == '>') {
+            r = 2;
+            if (!inner.empty()) inner.pop_back();
+        }
+        bool skip = c == '<' || c == '>' || (p == '<' && c == '/') || (p == '/' && c == '>');
+        if (!skip) inner.push_back(c);
+        p = c;
+    }
+    return r;
+}
+
+namespace {
+
+// Splits a tag's inner text into name (up to the first blank, untrimmed) and
+// the trimmed rest.
+void SplitTag(std::string_view inner, std::string_view& name, std::string_view& attributes) {
+    std::size_t space = inner.find(' ');
+    if (space == std::string_view::npos) {
+        name = inner;
+        attributes = std::string_view();
+    } else {
+        name = inner.substr(0, space);
+        attributes = ascii::Trim(inner.substr(space + 1));
+    }
+}
+
+// Grows a reservation by doubling, as the scanner's accumulators do.
+void Reserve(std::string& s, std::size_t& reserved, std::size_t wanted) {
+    if (wanted <= reserved) return;
+    while (reserved < wanted) reserved *= 2;
+    s.reserve(reserved);
+}
+
+}  // namespace
+
+int CXmlDocument::Parse(std::string_view text) {
+    Clear();
+    source_.assign(text.data(), text.size());
+
+    std::string tag, content, inner;
+    std::size_t tagReserved = 4096, contentReserved = 4096;
+    tag.reserve(tagReserved);
+    content.reserve(contentReserved);
+    bool inTag = false;
+
+    const char* s = source_.data();
+    const std::size_t n = source_.size();
+    std::size_t i = 0;
+    while (i < n) {
+        // Copy the run up to the next bracket in one step.
+        std::size_t j = i;
+        while (j < n && s[j] != '<' && s[j] != '>') ++j;
+        if (j > i) {
+            std::string& acc = inTag ? tag : content;
+            std::size_t& reserved = inTag ? tagReserved : contentReserved;
+            Reserve(acc, reserved, acc.size() + (j - i));
+            acc.append(s + i, j - i);
+            i = j;
+            if (i == n) break;
+        }
+        if (s[i] == '<') {
+            tag.push_back('<');
+            current_->SetRawValue(ascii::Trim(content));
+            content.clear();
+            inTag = true;
+        } else {  // '>'
+            tag.push_back('>');
+            int r = ClassifyTag(tag, inner);
+            tag.clear();
+            if (r == 0 || r == 2) {
+                std::string_view name, attributes;
+                SplitTag(inner, name, attributes);
+                if (root_.GetName().empty()) {
+                    root_.SetName(name);
+                    root_.SetAttributeText(attributes);
+                    root_.ParseAttributes(attributes);
+                } else {
+                    auto element = std::make_unique<CXmlElement>();
+                    element->SetParent(current_);
+                    element->SetName(name);
+                    element->SetAttributeText(attributes);
+                    element->ParseAttributes(attributes);
+                    current_ = current_->AppendChild(std::move(element));
+                }
+            }
+            if (r == 1 || r == 2) {
+                if (current_->GetParent()) current_ = current_->GetParent();
+            }
+            // After an ignored tag the scanner stays "in a tag", so what
+            // follows it is gathered into the next tag's text.
+            if (r != -1) inTag = false;
+        }
+        ++i;
+    }
+    return 1;
+}
+
+std::string CXmlDocument::GetXml() {
+    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n";
+    writerDepth_ = -1;
+    WriteElement(&root_, out);
+    return out;
+}
+
+int CXmlDocument::WriteElement(CXmlElement* element, std::string& out) {
+    // Depth-first with an explicit stack, so any depth is safe. Each frame is
+    // an element whose start tag and value are written and the index of the
+    // next child to write.
+    struct Frame {
+        CXmlElement* element;
+        std::size_t next;
+    };
+    auto open = [&](CXmlElement* e) {
+        ++writerDepth_;
+        out.append(static_cast<std::size_t>(writerDepth_), '\t');
+        out += '<';
+        out += e->GetName();
+        e->RebuildAttributeText();
+        if (!e->GetAttributeText().empty()) {
+            out += ' ';
+            out += e->GetAttributeText();
+        }
+        out += '>';
+        if (!e->GetRawValue().empty())
+            out += e->GetRawValue();
+        else
+            out += "\r\n";
+    };
+    auto close = [&](CXmlElement* e) {
+        if (e->GetRawValue().empty() && writerDepth_ >= 1)
+            out.append(static_cast<std::size_t>(writerDepth_), '\t');
+        out += "</";
+        out += e->GetName();
+        out += ">\r\n";
+        --writerDepth_;
+    };
+
+    std::vector<Frame> stack;
+    open(element);
+    stack.push_back({element, 0});
+    while (!stack.empty()) {
+        Frame& top = stack.back();
+        if (top.next < top.element->GetChildCount()) {
+            CXmlElement* child = top.element->GetChild(top.next++);
+            open(child);
+            stack.push_back({child, 0});
+        } else {
+            close(top.element);
+            stack.pop_back();
+        }
+    }
+    return 1;
+}
+
+std::string CXmlDocument::GetChildValue(CXmlElement* parent, std::string_view name) {
+    CXmlElement* child = parent->FindChild(name);
+    return child ? child->GetValue() : std::string();
+}
+
+CXmlElement* CXmlDocument::AddChild(CXmlElement* parent, std::string_view name,
+                                    std::optional<std::string_view> value,
+                                    std::optional<std::string_view> attributes) {
+    auto element = std::make_unique<CXmlElement>();
+    element->SetName(ascii::Trim(name));
+    if (value) element->SetRawValue(Escape(*value, false));
+    if (attributes) {
+        element->SetAttributeText(*attributes);
+        element->ParseAttributes(*attributes);
+    }
+    return parent->AppendChild(std::move(element));
+}
+
+void CXmlDocument::SetChildValue(CXmlElement* parent, std::string_view name, std::string_view value,
+                                 std::optional<std::string_view> attributes) {
+    CXmlElement* child = parent->FindChild(name);
+    if (!child) {
+        AddChild(parent, name, value, attributes);
+        return;
+    }
+    child->SetRawValue(Escape(value, false));
+    if (attributes) {
+        child->SetAttributeText(*attributes);
+        child->ParseAttributes(*attributes);
+    }
+}
+
+std::string CXmlDocument::Escape(std::string_view text, bool escapeQuotes) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 8);
+    for (char c : text) {
+        switch (c) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '>': out += "&gt;"; break;
+            case '"':
+                if (escapeQuotes) out += "&quot;"; else out += c;
+                break;
+            case '\'':
+                if (escapeQuotes) out += "&apos;"; else out += c;
+                break;
+            default: out += c;
+        }
+    }
+    return out;
+}
+
+namespace {
+
+bool StartsWithNoCase(std::string_view text, std::size_t at, std::string_view word) {
+    return text.size() - at >= word.size() && ascii::EqualsNoCase(text.substr(at, word.size()), word);
+}
+
+// Reads a number as sscanf's "%lu" does: leading white space, an optional
+// sign, decimal digits; arithmetic wraps as in 32-bit unsigned long.
+bool ScanUnsignedLong(std::string_view text, std::size_t at, std::uint32_t& number) {
+    std::size_t i = at;
+    while (i < text.size() && ascii::IsSpace(static_cast<unsigned char>(text[i]))) ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        negative = text[i] == '-';
+        ++i;
+    }
+    std::uint32_t value = 0;
+    bool digits = false;
+    while (i < text.size() && text[i] >= '0' && text[i] <= '9') {
+        value = value * 10u + std::uint32_t(text[i] - '0');
+        digits = true;
+        ++i;
+    }
+    if (!digits) return false;
+    number = negative ? 0u - value : value;
+    return true;
+}
+
+}  // namespace
+
+std::string CXmlDocument::Unescape(std::string_view text) {
+    static const struct {
+        std::string_view word;
+        char replacement;
+    } kEntities[] = {{"amp;", '&'}, {"lt;", '<'},   {"gt;", '>'},
+                     {"quot;", '"'}, {"apos;", '\''}, {"nbsp;", ' '}};
+
+    std::string out;
+    out.reserve(text.size());
+    const std::size_t n = text.size();
+    std::size_t i = 0;
+    while (i < n) {
+        std::size_t amp = text.find('&', i);
+        if (amp == std::string_view::npos) {
+            out.append(text.data() + i, n - i);
+            break;
+        }
+        out.append(text.data() + i, amp - i);
+        i = amp + 1;
+        if (i >= n) break;  // a final '&' is dropped
+
+        bool matched = false;
+        for (const auto& entity : kEntities) {
+            if (StartsWithNoCase(text, i, entity.word)) {
+                out += entity.replacement;
+                i += entity.word.size();
+                matched = true;
+                break;
+            }
+        }
+        if (matched) continue;
+
+        if (text[i] == '#') {
+            std::uint32_t number;
+            if (ScanUnsignedLong(text, i + 1, number)) out += static_cast<char>(number & 0xFF);
+            std::size_t semicolon = text.find(';', i + 1);
+            if (semicolon == std::string_view::npos) break;
+            i = semicolon + 1;
+            continue;
+        }
+        // Unknown reference: keep the '&', swallow the character after it.
+        out += '&';
+        ++i;
+    }
+    return out;
+}

@@ -1,0 +1,89 @@
+#pragma once
+// One node of the small XML tree: a name, an attribute map with the raw
+// attribute text it came from, an ordered list of owned children and one text
+// value kept in escaped form (entity references as in the file).
+//
+// Child names are matched ignoring case, attribute names exactly. The element
+// keeps one child cursor that FindChild, GetFirstChild and GetNextChild share:
+// it belongs to the element, not to whoever walks it.
+//
+// Destroying an element destroys its whole subtree without recursion, so trees
+// of any depth are safe.
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "xml/hashed_string_map.h"
+
+class CXmlElement {
+public:
+    CXmlElement() = default;
+    ~CXmlElement();
+    CXmlElement(const CXmlElement&) = delete;
+    CXmlElement& operator=(const CXmlElement&) = delete;
+
+    // --- name, parent, value -------------------------------------------------
+    const std::string& GetName() const { return name_; }
+    void SetName(std::string_view name) { name_.assign(name.data(), name.size()); }
+
+    CXmlElement* GetParent() const { return parent_; }
+    void SetParent(CXmlElement* parent) { parent_ = parent; }
+
+    // The value as stored (escaped).
+    const std::string& GetRawValue() const { return value_; }
+    void SetRawValue(std::string_view value) { value_.assign(value.data(), value.size()); }
+    // The value with entity references decoded.
+    std::string GetValue() const;
+
+    // --- children --------------------------------------------------------------
+    std::size_t GetChildCount() const { return children_.size(); }
+    CXmlElement* GetChild(std::size_t index) const { return children_[index].get(); }
+    // Appends an owned child and returns it. The child's parent is not changed.
+    CXmlElement* AppendChild(std::unique_ptr<CXmlElement> child);
+    // Destroys every child and resets the cursor.
+    void DeleteChildren();
+
+    // The first child (or null); the cursor moves behind it.
+    CXmlElement* GetFirstChild();
+    // The child at the cursor (or null), advancing the cursor.
+    CXmlElement* GetNextChild();
+    // The first child whose name equals name ignoring case, or null. Records
+    // name as the search name; the cursor moves behind the found child, or
+    // ends when none is found.
+    CXmlElement* FindChild(std::string_view name);
+    const std::string& GetSearchName() const { return searchName_; }
+    void ResetCursor() { cursor_ = kNoCursor; }
+
+    // --- attributes ------------------------------------------------------------
+    // The raw value of an attribute, or the empty text when absent.
+    std::string GetAttribute(std::string_view name) const;
+    const CHashedStringMap& GetAttributes() const;
+    CHashedStringMap& GetAttributes();
+
+    const std::string& GetAttributeText() const { return attributeText_; }
+    void SetAttributeText(std::string_view text) { attributeText_.assign(text.data(), text.size()); }
+
+    // Adds the name="value" pairs found in text to the map (see the parser).
+    void ParseAttributes(std::string_view text);
+    // Regenerates the attribute text from the map, in the map's order.
+    void RebuildAttributeText();
+
+    // Empties name, value, attribute text and search name and ends the
+    // cursor; the attribute map is deliberately left alone.
+    void ClearTextsKeepAttributes();
+
+private:
+    static constexpr std::size_t kNoCursor = static_cast<std::size_t>(-1);
+
+    std::string name_;
+    std::string attributeText_;
+    std::vector<std::unique_ptr<CXmlElement>> children_;
+    // Made on first use: most elements of a large tree carry no attributes.
+    std::unique_ptr<CHashedStringMap> attributes_;
+    CXmlElement* parent_ = nullptr;
+    std::size_t cursor_ = kNoCursor;
+    std::string searchName_;
+    std::string value_;
+};

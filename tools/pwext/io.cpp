@@ -1,0 +1,77 @@
+#include "io.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+#include "command.h"
+
+namespace pwext {
+
+std::string ReadInput(const std::string& path) {
+    if (path.empty() || path == "-") {
+        std::ostringstream buffer;
+        buffer << std::cin.rdbuf();
+        return buffer.str();
+    }
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw Failure{"cannot read '" + path + "': " + std::strerror(errno)};
+    std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad()) throw Failure{"cannot read '" + path + "'"};
+    return data;
+}
+
+void WriteOutput(std::string_view bytes) {
+    std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    std::cout.flush();
+}
+
+void WriteFileAtomically(const std::string& path, std::string_view bytes) {
+    std::string temporary = path + ".pwext-tmp";
+    {
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        if (!out) throw Failure{"cannot write '" + path + "': " + std::strerror(errno)};
+        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        out.flush();
+        if (!out) {
+            out.close();
+            std::remove(temporary.c_str());
+            throw Failure{"cannot write '" + path + "'"};
+        }
+    }
+    if (std::rename(temporary.c_str(), path.c_str()) != 0) {
+        std::string why = std::strerror(errno);
+        std::remove(temporary.c_str());
+        throw Failure{"cannot write '" + path + "': " + why};
+    }
+}
+
+std::string JsonLatin1(std::string_view bytes) {
+    static const char kHex[] = "0123456789abcdef";
+    std::string out = "\"";
+    for (unsigned char c : bytes) {
+        switch (c) {
+            case '"': out += "\\\""; break;
+            case '\\': out += "\\\\"; break;
+            case '\n': out += "\\n"; break;
+            case '\r': out += "\\r"; break;
+            case '\t': out += "\\t"; break;
+            default:
+                if (c < 0x20 || c >= 0x7F) {
+                    out += "\\u00";
+                    out += kHex[c >> 4];
+                    out += kHex[c & 15];
+                } else {
+                    out += static_cast<char>(c);
+                }
+        }
+    }
+    out += '"';
+    return out;
+}
+
+}  // namespace pwext

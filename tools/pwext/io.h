@@ -1,0 +1,21 @@
+#pragma once
+// Reading inputs and writing outputs for pwext commands, binary-safe.
+#include <string>
+#include <string_view>
+
+namespace pwext {
+
+// The whole file, or standard input for "-" or an empty name. Throws Failure
+// with a one-line message when the file cannot be read.
+std::string ReadInput(const std::string& path);
+// Writes bytes to standard output unchanged.
+void WriteOutput(std::string_view bytes);
+// Writes a file whole: into a temporary file beside it, then renamed over it,
+// so a failure never leaves half a file. Throws Failure.
+void WriteFileAtomically(const std::string& path, std::string_view bytes);
+
+// JSON string literal in which every byte becomes the code point of the same
+// number (Latin-1), so any byte survives.
+std::string JsonLatin1(std::string_view bytes);
+
+}  // namespace pwext
