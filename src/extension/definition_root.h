@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "html/attribute_number.h"  // AttributeToInt
+
 class CXmlElement;
 
 struct DefinitionRootAttributes {
@@ -22,7 +24,3 @@ DefinitionRootAttributes ReadDefinitionRootAttributes(const CXmlElement& root);
 
 // The same, from definition text (parsed with the document parser).
 DefinitionRootAttributes ReadDefinitionRootAttributes(std::string_view definitionText);
-
-// atoi of an attribute: optional blanks and sign, then leading digits; 0 when
-// there are none.
-int AttributeToInt(std::string_view text);

@@ -14,8 +14,10 @@
 // gallery markup is empty.
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "extension/project_record.h"
 #include "xml/hashed_string_map.h"
@@ -125,6 +127,13 @@ public:
 
 private:
     char Separator() const;
+    const CXmlDocument& SourceCopy();
+    // The value of one property as substituted: colour type applied, file
+    // paths reduced when reduceFiles, gallery markup for image lists (empty
+    // when the variable is already being expanded, which would never end).
+    // Returns false when the property has nothing to replace in text.
+    bool ReplacementFor(const CXmlElement& property, const std::string& text, bool reduceFiles,
+                        int keepPaths, std::string& variable, std::string& replacement);
 
     ExtensionServices services_;
     ExtensionRect position_;
@@ -132,9 +141,10 @@ private:
     int minWidth_ = 10;
     int minHeight_ = 10;
     CXmlDocument definition_;
-    // A second parse of the definition's source text, which ReplaceVariables
-    // reads so that it never depends on changes made to definition_.
-    CXmlDocument sourceCopy_;
+    // A second parse of the definition's source text, made on first use,
+    // which ReplaceVariables reads so that it never depends on changes made
+    // to definition_.
+    std::unique_ptr<CXmlDocument> sourceCopy_;
     bool useDiv_ = true;
     int renderMethod_ = 0;
     std::string htmlCache_;
@@ -142,4 +152,6 @@ private:
     CHashedStringMap values_;
     CXmlDocument siteStructure_;
     std::string pageContext_;
+    // Variables of image-list properties whose gallery is being built.
+    std::vector<std::string> expanding_;
 };

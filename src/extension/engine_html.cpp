@@ -1,0 +1,118 @@
+// Variable substitution, the three pieces of page HTML and gallery markup.
+#include <algorithm>
+
+#include "extension/extension_engine.h"
+#include "html/color_type.h"
+#include "html/gallery_list.h"
+#include "html/image_list.h"
+#include "html/property_walk.h"
+#include "html/text_replace.h"
+#include "platform/xslt_transformer.h"
+#include "xml/base64.h"
+
+namespace {
+
+// Marks an image-list variable as being expanded for as long as it lives.
+class ExpansionMark {
+public:
+    ExpansionMark(std::vector<std::string>& expanding, const std::string& variable) : expanding_(expanding) {
+        expanding_.push_back(variable);
+    }
+    ~ExpansionMark() { expanding_.pop_back(); }
+
+private:
+    std::vector<std::string>& expanding_;
+};
+
+std::string DecodedTemplate(const CXmlElement* element) {
+    return element ? Base64DecodeOrKeep(element->GetValue()) : std::string();
+}
+
+}  // namespace
+
+bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::string& text, bool reduceFiles,
+                                      int keepPaths, std::string& variable, std::string& replacement) {
+    PropertyRule rule = ReadPropertyRule(property);
+    variable = std::move(rule.variable);
+    if (!ContainsVariable(text, variable)) return false;
+    replacement = CurrentValueOf(property);
+    switch (rule.type) {
+        case 1:
+            replacement = ApplyColorType(replacement, property.GetAttribute("colortype"));
+            break;
+        case 3:
+            if (reduceFiles) replacement = std::string(FileNameAfterLast(replacement, Separator()));
+            break;
+        case 6: {
+            // A value or style sheet that mentions the variable being
+            // expanded would expand forever; it gets no markup instead.
+            if (std::find(expanding_.begin(), expanding_.end(), variable) != expanding_.end()) {
+                replacement.clear();
+                break;
+            }
+            ExpansionMark mark(expanding_, variable);
+            ReplaceVariables(replacement);
+            replacement = GetGalleryCode(property, replacement, keepPaths);
+            break;
+        }
+        default:
+            break;
+    }
+    return true;
+}
+
+void CExtensionEngine::ReplaceVariables(std::string& text) {
+    // Nothing can be replaced in an empty text; skipping it avoids parsing
+    // the private copy for the empty values that are common.
+    if (text.empty()) return;
+    const CXmlElement& root = *SourceCopy().GetRoot();
+    std::string variable, replacement;
+    ForEachProperty(root, [&](const CXmlElement& property) {
+        if (ReplacementFor(property, text, true, 0, variable, replacement)) ReplaceAll(text, variable, replacement);
+    });
+}
+
+void CExtensionEngine::UpdateHtml(int publishing) {
+    const CXmlElement& root = *definition_.GetRoot();
+    const CXmlElement* body = FirstChildNamed(root, "HTML_BODY");
+    if (!body) return;
+    htmlCache_ = DecodedTemplate(body);
+
+    std::string variable, replacement;
+    ForEachProperty(root, [&](const CXmlElement& property) {
+        if (ReplacementFor(property, htmlCache_, publishing != 0, publishing ? 0 : 1, variable, replacement))
+            ReplaceAll(htmlCache_, variable, replacement);
+    });
+
+    if (publishing == 0 && renderMethod_ == 2 && services_.onDesignHtml) services_.onDesignHtml(htmlCache_);
+}
+
+std::string CExtensionEngine::GetHeaderHtml() {
+    std::string html = DecodedTemplate(FirstChildNamed(*definition_.GetRoot(), "HTML_HEAD"));
+    ReplaceVariables(html);
+    return html;
+}
+
+// The start-of-page piece comes from the element named HTML_TAIL.
+std::string CExtensionEngine::GetStartofPageHTML() {
+    std::string html = DecodedTemplate(FirstChildNamed(*definition_.GetRoot(), "HTML_TAIL"));
+    ReplaceVariables(html);
+    return html;
+}
+
+std::string CExtensionEngine::GetHtml(const char* context) {
+    SetPageContext(context ? context : "");
+    UpdateHtml(1);
+    return htmlCache_;
+}
+
+std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::string_view value, int keepPaths) {
+    // An empty list is never an XML document: no markup, and no reason to
+    // start the XML component at all.
+    if (value.empty() || !services_.transformer) return std::string();
+
+    std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
+    std::string list = keepPaths ? std::string(value) : RewriteImageListForPage(value, pageContext_, Separator());
+    ReplaceVariables(stylesheet);
+    return StripXmlDeclaration(services_.transformer->Transform(list, stylesheet));
+}

@@ -1,0 +1,34 @@
+#include "html/gallery_list.h"
+
+#include "html/image_list.h"
+#include "xml/ascii.h"
+#include "xml/xml_document.h"
+
+std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext, char separator) {
+    CXmlDocument list;
+    list.Parse(imageList);
+    CXmlElement* root = list.GetRoot();
+    root->SetName("GALLERY");
+
+    std::string_view folder = pageContext;
+    while (!folder.empty() && folder.back() == '/') folder.remove_suffix(1);
+
+    for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
+        CXmlElement* image = root->GetChild(i);
+        if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
+        std::string fileName = list.GetChildValue(image, "FILENAME");
+        std::string published(folder);
+        published += '/';
+        published += FileNameAfterLast(fileName, separator);
+        list.SetChildValue(image, "FILENAME", published, std::nullopt);
+    }
+    return list.GetXml();
+}
+
+std::string StripXmlDeclaration(std::string text) {
+    std::size_t start = text.find("<?xml");
+    if (start == std::string::npos) return text;
+    std::size_t end = text.find("?>", start);
+    if (end == std::string::npos) return text;
+    return text.substr(end + 2);
+}
