@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -18,11 +19,17 @@ std::string ReadInput(const std::string& path) {
         buffer << std::cin.rdbuf();
         return buffer.str();
     }
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) throw Failure{"cannot read '" + path + "': it is a folder"};
     std::ifstream in(path, std::ios::binary);
     if (!in) throw Failure{"cannot read '" + path + "': " + std::strerror(errno)};
-    std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) throw Failure{"cannot read '" + path + "'"};
-    return data;
+    try {
+        std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        if (in.bad()) throw Failure{"cannot read '" + path + "'"};
+        return data;
+    } catch (const std::ios_base::failure&) {
+        throw Failure{"cannot read '" + path + "'"};
+    }
 }
 
 void WriteOutput(std::string_view bytes) {
