@@ -1,0 +1,177 @@
+// Variable substitution: document order, type rules, the image-list guard
+// and the differences between design view and published page.
+#include <gtest/gtest.h>
+
+#include "extension/extension_engine.h"
+#include "html/image_list.h"
+#include "test_definition.h"
+
+using testdef::Category;
+using testdef::Definition;
+
+namespace {
+
+std::string Substituted(CExtensionEngine& engine, std::string text) {
+    engine.ReplaceVariables(text);
+    return text;
+}
+
+}  // namespace
+
+TEST(Substitution, FollowsDocumentOrderAcrossCategories) {
+    // $a$'s value mentions $b$ (later) and $c$ mentions $a$ (earlier).
+    std::string text = Definition()
+                           .Categories({{"One", {{"$a$", "2", "A[$b$]"}}},
+                                        {"Two", {{"$b$", "2", "B"}, {"$c$", "2", "C[$a$]"}}}})
+                           .Text();
+    CExtensionEngine engine(text, {});
+    EXPECT_EQ(Substituted(engine, "$a$ $c$ $LEFT$px $Z_INDEX$"), "A[B] C[$a$] $LEFT$px $Z_INDEX$");
+}
+
+TEST(Substitution, MapEntriesWinEvenWhenEmpty) {
+    CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "default"}, {"$y$", "2", "y"}}}}).Text(), {});
+    engine.SetValue("$x$", "");
+    EXPECT_EQ(Substituted(engine, "<$x$|$y$|$Y$>"), "<|y|$Y$>");
+}
+
+TEST(Substitution, DecodesVariableAndValueEntities) {
+    CExtensionEngine engine(Definition().Categories({{"G", {{"$q&amp;$", "2", "a&lt;b"}}}}).Text(), {});
+    EXPECT_EQ(Substituted(engine, "[$q&$]"), "[a<b]");
+    engine.SetValue("$q&$", "set");
+    EXPECT_EQ(Substituted(engine, "[$q&$]"), "[set]");
+}
+
+TEST(Substitution, ColourTypesIncludingBlanks) {
+    std::string text = Definition()
+                           .Categories({{"Style",
+                                         {{"$c0$", "1", "#FF8000", ""},
+                                          {"$c1$", "1", "#FF8000", " 1 "},
+                                          {"$c2$", "1", "#FF8000", "2"},
+                                          {"$c3$", "1", "#FF8000", "3"}}}})
+                           .Text();
+    CExtensionEngine engine(text, {});
+    EXPECT_EQ(Substituted(engine, "$c0$ $c1$ $c2$ $c3$"), "#FF8000 0xFF8000 FF8000 #FF8000");
+}
+
+TEST(Substitution, PropertiesOutsideCategoriesAreIgnored) {
+    Definition d;
+    d.Categories({{"G", {{"$in$", "2", "in"}}}});
+    std::string text = d.Text();
+    // A PROPERTY directly under PROPERTIES, and an unknown element in a category.
+    std::size_t at = text.find("<CATEGORY");
+    text.insert(at, "<PROPERTY type=\"2\" value=\"out\" variable=\"$out$\" ></PROPERTY>\r\n");
+    at = text.find("</CATEGORY>");
+    text.insert(at, "<OPTION type=\"2\" value=\"odd\" variable=\"$odd$\" ></OPTION>\r\n");
+    CExtensionEngine engine(text, {});
+    EXPECT_EQ(Substituted(engine, "$in$ $out$ $odd$"), "in $out$ $odd$");
+}
+
+TEST(Substitution, WorksWithoutProperties) {
+    CExtensionEngine engine(Definition().Body("<b>$x$</b>").Text(), {});
+    EXPECT_EQ(Substituted(engine, "$x$"), "$x$");
+    EXPECT_EQ(engine.GetHtmlCache(), "<b>$x$</b>");
+}
+
+TEST(Substitution, FilePathsAreReducedExceptInTheDesignView) {
+    std::string text = Definition()
+                           .Body("<img src=\"$file$\"><a href=\"$plain$\">")
+                           .Categories({{"G", {{"$file$", "3", "C:\\Pictures\\a.jpg"}, {"$plain$", "3", "b.jpg"}}}})
+                           .Text();
+    CExtensionEngine engine(text, {});
+    EXPECT_EQ(engine.GetHtmlCache(), "<img src=\"C:\\Pictures\\a.jpg\"><a href=\"b.jpg\">");
+    EXPECT_EQ(engine.GetHtml("x"), "<img src=\"a.jpg\"><a href=\"b.jpg\">");
+    EXPECT_EQ(Substituted(engine, "$file$"), "a.jpg");
+}
+
+class ImageListSubstitution : public ::testing::Test {
+protected:
+    std::string DefinitionText(const std::string& body) {
+        return Definition()
+            .Body(body)
+            .Categories({{"General",
+                          {{"$images$", "6", "", "", "S[$flag$]"},
+                           {"$flag$", "0", "false"}}}})
+            .Text();
+    }
+    testdef::RecordingTransformer xslt;
+    ExtensionServices Services() {
+        ExtensionServices s;
+        s.transformer = &xslt;
+        return s;
+    }
+};
+
+TEST_F(ImageListSubstitution, NoTransformationWithoutTheVariableInTheText) {
+    CExtensionEngine engine(DefinitionText("<div>no gallery</div>"), Services());
+    engine.SetValue("$images$", WriteImageList({{"C:\\p\\a.jpg"}}));
+    engine.UpdateHtml(0);
+    engine.GetHtml("pics");
+    EXPECT_EQ(Substituted(engine, "$Images$ stays"), "$Images$ stays");
+    EXPECT_TRUE(xslt.calls.empty());
+}
+
+TEST_F(ImageListSubstitution, EmptyListGivesNoMarkupAndNoTransformation) {
+    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
+    EXPECT_EQ(engine.GetHtmlCache(), "<div></div>");
+    EXPECT_TRUE(xslt.calls.empty());
+}
+
+TEST_F(ImageListSubstitution, DesignViewKeepsPathsAndPublishingUsesThePageContext) {
+    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
+    std::string list = WriteImageList({{"C:\\Pictures\\a.jpg", "$flag$"}});
+    engine.ReplaceValues([&] {
+        CHashedStringMap values;
+        values.Set("$images$", list);
+        values.Set("$flag$", "true");
+        return values;
+    }());
+    ASSERT_EQ(xslt.calls.size(), 1u);
+    // The style sheet had its variables replaced; the list's own texts too.
+    EXPECT_EQ(xslt.calls[0].first, [&] {
+        std::string expected = list;
+        expected.replace(expected.find("$flag$"), 6, "true");
+        return expected;
+    }());
+    EXPECT_EQ(xslt.calls[0].second, "S[true]");
+    // The transformer's declaration is dropped from the markup.
+    EXPECT_EQ(engine.GetHtmlCache().rfind("<div>[S[true]|", 0), 0u);
+
+    engine.GetHtml("pics/");
+    ASSERT_EQ(xslt.calls.size(), 2u);
+    CXmlDocument published;
+    published.Parse(xslt.calls[1].first);
+    EXPECT_EQ(published.GetChildValue(published.GetRoot()->GetChild(0), "FILENAME"), "pics/a.jpg");
+    EXPECT_EQ(published.GetChildValue(published.GetRoot()->GetChild(0), "TITLE"), "true");
+}
+
+TEST_F(ImageListSubstitution, ReplaceVariablesAlwaysRewritesFileNames) {
+    CExtensionEngine engine(DefinitionText(""), Services());
+    engine.SetValue("$images$", WriteImageList({{"C:\\Pictures\\a.jpg"}}));
+    engine.SetPageContext("");
+    Substituted(engine, "$images$");
+    ASSERT_EQ(xslt.calls.size(), 1u);
+    EXPECT_NE(xslt.calls[0].first.find("<FILENAME>/a.jpg</FILENAME>"), std::string::npos);
+}
+
+TEST_F(ImageListSubstitution, AValueMentioningItsOwnVariableDoesNotRecurseForever) {
+    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
+    engine.SetValue("$images$", WriteImageList({{"C:\\p\\a.jpg", "see $images$"}}));
+    engine.UpdateHtml(0);
+    ASSERT_EQ(xslt.calls.size(), 1u);
+    EXPECT_NE(xslt.calls[0].first.find("<TITLE>see </TITLE>"), std::string::npos);
+}
+
+TEST_F(ImageListSubstitution, WithoutATransformerTheMarkupIsEmpty) {
+    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), {});
+    engine.SetValue("$images$", WriteImageList({{"C:\\p\\a.jpg"}}));
+    engine.UpdateHtml(0);
+    EXPECT_EQ(engine.GetHtmlCache(), "<div></div>");
+}
+
+TEST(Substitution, ReadsTheDefinitionTextNotLaterTreeChanges) {
+    CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "original"}}}}).Text(), {});
+    CXmlElement* property = engine.GetDefinition().GetRoot()->FindChild("PROPERTIES")->FindChild("CATEGORY")
+                                ->FindChild("PROPERTY");
+    property->GetAttributes().Set("value", "changed");
+    EXPECT_EQ(Substituted(engine, "$x$"), "original");
+}
