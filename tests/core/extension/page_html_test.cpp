@@ -52,12 +52,6 @@ TEST(PageHtml, MissingTemplatesGiveEmptyTextAndKeepTheCache) {
     EXPECT_EQ(engine.GetPageContext(), "ctx");
 }
 
-TEST(PageHtml, TemplatesThatAreNotBase64AreUsedAsTheyStand) {
-    std::string text = "<EXTENSION><HTML_BODY>&lt;b&gt;!$x$!&lt;/b&gt;</HTML_BODY></EXTENSION>";
-    CExtensionEngine engine(text, {});
-    EXPECT_EQ(engine.GetHtmlCache(), "<b>!$x$!</b>");
-}
-
 TEST(PageHtml, SnapshotHookRunsOnlyForDesignViewUpdatesWithRenderMethodTwo) {
     std::vector<std::string> snapshots;
     ExtensionServices services;
