@@ -1,0 +1,35 @@
+#pragma once
+// The object the host holds. Its first member points at the table of 22
+// operations (extension_slots.cpp) that the host calls by slot with MSVC's
+// conventions; the rest of it is ours. It stays two pointers wide, so a host
+// that allocates it from an MSVC declaration of the class always has room.
+//
+// Behind it, CExtensionParts holds the engine and the Windows services the
+// engine borrows: the Windows file system and the MSXML transformer.
+#include <memory>
+
+#include "extension/extension_engine.h"
+#include "platform/file_system.h"
+#include "win/msxml_transformer.h"
+
+struct CExtensionParts {
+    CExtensionParts();
+
+    std::unique_ptr<CFileSystem> fileSystem;
+    CMsxmlTransformer transformer;
+    CExtensionEngine engine;
+};
+
+struct CPagewrightExtension {
+    const void* const* slots;
+    CExtensionParts* parts;
+};
+
+// The table the host sees (exported as CPagewrightExtension's vftable).
+extern "C" const void* const PwExtensionSlots[22];
+
+// Constructs in place: the slot table, then the parts. On failure (no
+// memory) parts stays null and every operation answers with its defaults.
+CPagewrightExtension* ConstructExtension(CPagewrightExtension* self);
+// Destroys the parts; the memory itself is the caller's.
+void DestroyExtension(CPagewrightExtension* self);

@@ -1,0 +1,97 @@
+#include "win/msxml_transformer.h"
+
+#include <windows.h>
+#include <msxml.h>
+#include <ole2.h>
+
+namespace {
+
+// {2933BF90-7B36-11D2-B20E-00C04F983E60}: DOMDocument, version-independent.
+const CLSID kDomDocumentClass = {0x2933bf90, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+// {2933BF81-7B36-11D2-B20E-00C04F983E60}: IXMLDOMDocument.
+const IID kDomDocumentInterface = {0x2933bf81, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+
+const char kMissingComponentMessage[] = "A problem occurred while loading MSXML.DLL!";
+
+// Owns one interface pointer.
+template <typename T>
+class ComRef {
+public:
+    ComRef() = default;
+    ComRef(const ComRef&) = delete;
+    ComRef& operator=(const ComRef&) = delete;
+    ~ComRef() {
+        if (p_) p_->Release();
+    }
+    T* get() const { return p_; }
+    T** out() { return &p_; }
+    T* operator->() const { return p_; }
+
+private:
+    T* p_ = nullptr;
+};
+
+// Owns one BSTR.
+class WideText {
+public:
+    explicit WideText(std::string_view narrow) {
+        int size = static_cast<int>(narrow.size());
+        int wide = size ? MultiByteToWideChar(CP_ACP, 0, narrow.data(), size, nullptr, 0) : 0;
+        text_ = SysAllocStringLen(nullptr, static_cast<UINT>(wide));
+        if (text_ && wide) MultiByteToWideChar(CP_ACP, 0, narrow.data(), size, text_, wide);
+    }
+    WideText(const WideText&) = delete;
+    WideText& operator=(const WideText&) = delete;
+    ~WideText() { SysFreeString(text_); }
+    BSTR get() const { return text_; }
+
+private:
+    BSTR text_ = nullptr;
+};
+
+std::string Narrow(BSTR wide) {
+    int length = static_cast<int>(SysStringLen(wide));
+    if (length == 0) return {};
+    int size = WideCharToMultiByte(CP_ACP, 0, wide, length, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(size > 0 ? size : 0), '\0');
+    if (size > 0) WideCharToMultiByte(CP_ACP, 0, wide, length, &narrow[0], size, nullptr, nullptr);
+    return narrow;
+}
+
+bool CreateDocument(ComRef<IXMLDOMDocument>& document) {
+    return SUCCEEDED(CoCreateInstance(kDomDocumentClass, nullptr, CLSCTX_INPROC_SERVER, kDomDocumentInterface,
+                                      reinterpret_cast<void**>(document.out()))) &&
+           document.get();
+}
+
+bool LoadText(IXMLDOMDocument* document, std::string_view text) {
+    WideText wide(text);
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    return wide.get() && SUCCEEDED(document->loadXML(wide.get(), &loaded)) && loaded == VARIANT_TRUE;
+}
+
+}  // namespace
+
+std::string CMsxmlTransformer::Transform(std::string_view listXml, std::string_view stylesheet) {
+    ComRef<IXMLDOMDocument> source;
+    ComRef<IXMLDOMDocument> style;
+    bool created = CreateDocument(source);
+    created = CreateDocument(style) && created;
+    if (!created) {
+        MessageBoxA(GetActiveWindow(), kMissingComponentMessage, nullptr, MB_ICONERROR | MB_OK);
+        return {};
+    }
+    source->put_async(VARIANT_TRUE);
+    style->put_async(VARIANT_TRUE);
+    style->put_preserveWhiteSpace(VARIANT_TRUE);
+
+    bool sourceLoaded = LoadText(source.get(), listXml);
+    bool styleLoaded = LoadText(style.get(), stylesheet);
+    if (!sourceLoaded || !styleLoaded) return {};
+
+    BSTR output = nullptr;
+    std::string result;
+    if (SUCCEEDED(source->transformNode(style.get(), &output)) && output) result = Narrow(output);
+    SysFreeString(output);
+    return result;
+}
