@@ -107,7 +107,7 @@ xmlDocPtr ParseUtf8(const std::string& text) {
 class CLibxsltTransformer : public CXsltTransformer {
 public:
     explicit CLibxsltTransformer(const std::string& codePage)
-        : toUtf8_("UTF-8", codePage.c_str()), fromUtf8_((codePage + "//TRANSLIT").c_str(), "UTF-8") {
+        : toUtf8_("UTF-8", codePage.c_str()), fromUtf8_(codePage.c_str(), "UTF-8") {
         fromUtf8_.SetUtf8Input();
     }
     bool ok() const { return toUtf8_.ok() && fromUtf8_.ok(); }
@@ -128,16 +128,18 @@ public:
         }
         if (style->errors) return std::string();
 
+        // Produce UTF-8 whatever xsl:output asks for, so that nothing is
+        // written as a character reference; the result goes back to the code
+        // page as a whole.
+        xmlFree(const_cast<xmlChar*>(style->encoding));
+        style->encoding = xmlStrdup(BAD_CAST "UTF-8");
+
         std::unique_ptr<xsltTransformContext, ContextFree> context(xsltNewTransformContext(style.get(), list.get()));
         if (!context || xsltSetCtxtSecurityPrefs(prefs, context.get()) != 0) return std::string();
         std::unique_ptr<xmlDoc, DocFree> result(
             xsltApplyStylesheetUser(style.get(), list.get(), nullptr, nullptr, nullptr, context.get()));
         if (!result || context->state != XSLT_STATE_OK) return std::string();
 
-        // Serialise in UTF-8 whatever xsl:output asks for; the result goes
-        // back to the code page as a whole.
-        xmlFree(const_cast<xmlChar*>(style->encoding));
-        style->encoding = xmlStrdup(BAD_CAST "UTF-8");
         xmlChar* bytes = nullptr;
         int length = 0;
         if (xsltSaveResultToString(&bytes, &length, result.get(), style.get()) != 0) return std::string();
