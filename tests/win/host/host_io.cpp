@@ -18,7 +18,7 @@ void Bytes::Append(const void* bytes, UINT count) {
 bool ReadWholeFile(const char* path, Bytes& out) {
     FILE* file = fopen(path, "rb");
     if (!file) return false;
-    BYTE chunk[4096];
+    BYTE chunk[1024];  // small: msvcrt.dll has no stack probe (_chkstk) under Wine
     size_t got;
     while ((got = fread(chunk, 1, sizeof chunk, file)) > 0) out.Append(chunk, static_cast<UINT>(got));
     fclose(file);
