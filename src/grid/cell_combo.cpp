@@ -1,0 +1,146 @@
+#include "grid/cell_combo.h"
+
+#include <algorithm>
+#include <set>
+
+#include "grid/grid_archive.h"
+
+PWGRID_IMPLEMENT_CELL(CExtGridCellComboBox, CExtGridCell)
+PWGRID_IMPLEMENT_CELL(CExtGridCellDropListComboBox, CExtGridCellComboBox)
+PWGRID_IMPLEMENT_CELL(CExtGridCellFontName, CExtGridCellComboBox)
+
+int CExtGridCellComboBox::AddString(const std::string& entry) { return InsertString(-1, entry); }
+
+int CExtGridCellComboBox::InsertString(int index, const std::string& entry) {
+    if (index < 0 || index > GetCount()) index = GetCount();
+    m_entries.insert(m_entries.begin() + index, entry);
+    if (m_selection >= index) ++m_selection;
+    return index;
+}
+
+void CExtGridCellComboBox::ResetContent() {
+    m_entries.clear();
+    m_selection = -1;
+}
+
+std::string CExtGridCellComboBox::GetString(int index) const {
+    return index >= 0 && index < GetCount() ? m_entries[index] : std::string();
+}
+
+int CExtGridCellComboBox::FindStringExact(const std::string& entry) const {
+    auto it = std::find(m_entries.begin(), m_entries.end(), entry);
+    return it == m_entries.end() ? -1 : static_cast<int>(it - m_entries.begin());
+}
+
+void CExtGridCellComboBox::SetCurSel(int index) {
+    if (index < 0 || index >= GetCount()) {
+        m_selection = -1;
+        return;
+    }
+    m_selection = index;
+    m_text = m_entries[index];
+}
+
+std::string CExtGridCellComboBox::GetSelectedText() const { return GetString(m_selection); }
+
+void CExtGridCellComboBox::SetText(const std::string& text) {
+    m_text = text;
+    // Keep an equal entry selected when the selection already names this
+    // text (duplicates), else select the first equal entry.
+    if (m_selection >= 0 && m_entries[m_selection] == text) return;
+    m_selection = FindStringExact(text);
+}
+
+bool CExtGridCellComboBox::ValidateText(const std::string& text) const {
+    return !m_listBound || FindStringExact(text) >= 0;
+}
+
+void CExtGridCellComboBox::Assign(const CExtGridCell& other) {
+    CExtGridCell::Assign(other);
+    if (!other.IsKindOf(kClass)) return;
+    const auto& o = static_cast<const CExtGridCellComboBox&>(other);
+    m_entries = o.m_entries;
+    m_selection = o.m_selection;
+    m_listBound = o.m_listBound;
+}
+
+void CExtGridCellComboBox::Serialize(CExtGridArchive& ar) {
+    CExtGridCell::Serialize(ar);
+    std::int32_t count = static_cast<std::int32_t>(m_entries.size());
+    ar.Exchange(count);
+    if (ar.IsLoading()) {
+        m_entries.clear();
+        // Every entry needs at least its 4-byte length, which bounds a bad count.
+        for (std::int32_t i = 0; i < count && !ar.Failed() && !ar.AtEnd(); ++i) m_entries.push_back(ar.ReadString());
+    } else {
+        for (const std::string& entry : m_entries) ar.WriteString(entry);
+    }
+    std::int32_t selection = m_selection;
+    ar.Exchange(selection);
+    ar.Exchange(m_listBound);
+    m_selection = selection >= 0 && selection < GetCount() ? selection : -1;
+}
+
+CExtGridCell::EditorKind CExtGridCellComboBox::GetEditorKind() const {
+    if (IsReadOnly()) return EditorKind::None;
+    return EditorKind::ComboBox;
+}
+
+bool CExtGridCellComboBox::OnToggle(const CExtGridCellContext& context) {
+    if (IsReadOnly() || m_entries.empty()) return false;
+    ApplySelection(context, (m_selection + 1) % GetCount());
+    return true;
+}
+
+void CExtGridCellComboBox::ApplySelection(const CExtGridCellContext& context, int index) {
+    if (index < 0 || index >= GetCount()) return;
+    bool changed = index != m_selection || m_text != m_entries[index];
+    SetCurSel(index);
+    if (!changed) return;
+    context.Invalidate();
+    context.ValueApplied();
+}
+
+// ---- font names -------------------------------------------------------------
+
+namespace {
+int CALLBACK CollectFace(const LOGFONTA* font, const TEXTMETRICA*, DWORD type, LPARAM data) {
+    if ((type & TRUETYPE_FONTTYPE) && font->lfCharSet != SYMBOL_CHARSET && font->lfFaceName[0] != '@')
+        reinterpret_cast<std::set<std::string>*>(data)->insert(font->lfFaceName);
+    return 1;
+}
+
+std::vector<std::string> InstalledFaces() {
+    std::set<std::string> faces;
+    HDC screen = GetDC(nullptr);
+    LOGFONTA any{};
+    any.lfCharSet = DEFAULT_CHARSET;
+    EnumFontFamiliesExA(screen, &any, CollectFace, reinterpret_cast<LPARAM>(&faces), 0);
+    ReleaseDC(nullptr, screen);
+    return std::vector<std::string>(faces.begin(), faces.end());
+}
+}  // namespace
+
+void CExtGridCellFontName::AddInstalledFonts() {
+    std::string text = m_text;
+    for (const std::string& face : InstalledFaces()) AddString(face);
+    SetText(text);
+}
+
+std::vector<std::string> CExtGridCellFontName::GetListEntries() const {
+    return GetCount() > 0 ? CExtGridCellComboBox::GetListEntries() : InstalledFaces();
+}
+
+void CExtGridCellFontName::OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const {
+    if (!IsTextRectVisible(pc, textRect)) return;
+    // A preview: the name in its own face, at the size of the grid's font.
+    LOGFONTA font{};
+    GetObjectA(pc.font, sizeof font, &font);
+    lstrcpynA(font.lfFaceName, m_text.c_str(), LF_FACESIZE);
+    font.lfCharSet = DEFAULT_CHARSET;
+    HFONT face = m_text.empty() ? nullptr : CreateFontIndirectA(&font);
+    CExtGridPaintContext preview = pc;
+    if (face) preview.font = face;
+    CExtGridCellComboBox::OnPaintText(preview, textRect);
+    if (face) DeleteObject(face);
+}

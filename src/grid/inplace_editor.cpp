@@ -1,0 +1,191 @@
+#include "grid/inplace_editor.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "grid/paint_manager.h"
+#include "grid/property_grid_wnd.h"
+
+namespace {
+const char kOldProcProperty[] = "PwGridEditorOldProc";
+const char kEditorProperty[] = "PwGridEditor";
+constexpr int kVisibleListEntries = 12;
+}  // namespace
+
+bool CExtGridInplaceEditor::IsCombo() const {
+    return m_kind == CExtGridCell::EditorKind::ComboBox || m_kind == CExtGridCell::EditorKind::DropList;
+}
+
+void CExtGridInplaceEditor::Subclass(HWND hwnd) {
+    SetPropA(hwnd, kEditorProperty, this);
+    LONG_PTR old = SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SubclassProc));
+    SetPropA(hwnd, kOldProcProperty, reinterpret_cast<HANDLE>(old));
+}
+
+bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect, const RECT& valueRect,
+                                 const std::string* initialText) {
+    Close();
+    m_kind = cell.GetEditorKind();
+    if (m_kind == CExtGridCell::EditorKind::None) return false;
+    const CExtGridPaintManager& pm = m_grid.PaintManager();
+    HWND parent = m_grid.GetHwnd();
+    HINSTANCE instance = GetModuleHandleA(nullptr);
+    std::string text = initialText ? *initialText : cell.GetText();
+
+    if (IsCombo()) {
+        std::vector<std::string> entries = cell.GetListEntries();
+        int listHeight = (pm.TextHeight() + pm.Scale(2)) * (std::min)(kVisibleListEntries, (std::max)(1, int(entries.size()))) + pm.Scale(4);
+        DWORD style = WS_CHILD | WS_VSCROLL | CBS_AUTOHSCROLL |
+                      (m_kind == CExtGridCell::EditorKind::DropList ? CBS_DROPDOWNLIST : CBS_DROPDOWN);
+        int rowHeight = valueRect.bottom - valueRect.top;
+        m_control = CreateWindowExA(0, "COMBOBOX", "", style, valueRect.left, valueRect.top,
+                                    valueRect.right - valueRect.left, rowHeight + listHeight, parent, nullptr,
+                                    instance, nullptr);
+        if (!m_control) return false;
+        SendMessageA(m_control, WM_SETFONT, reinterpret_cast<WPARAM>(pm.NormalFont()), FALSE);
+        // Make the closed combo exactly one row high.
+        SendMessageA(m_control, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), rowHeight - 6 > 4 ? rowHeight - 6 : 4);
+        for (const std::string& entry : entries) SendMessageA(m_control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+        SendMessageA(m_control, CB_SETITEMHEIGHT, 0, pm.TextHeight() + pm.Scale(2));
+        int selection = static_cast<int>(std::find(entries.begin(), entries.end(), text) - entries.begin());
+        if (selection < static_cast<int>(entries.size())) SendMessageA(m_control, CB_SETCURSEL, selection, 0);
+        if (m_kind == CExtGridCell::EditorKind::ComboBox) {
+            SetWindowTextA(m_control, text.c_str());
+            COMBOBOXINFO info{};
+            info.cbSize = sizeof(info);
+            if (GetComboBoxInfo(m_control, &info)) m_comboEdit = info.hwndItem;
+        }
+        RECT placed;
+        GetWindowRect(m_control, &placed);
+        int fieldHeight = placed.bottom - placed.top;
+        SetWindowPos(m_control, HWND_TOP, valueRect.left, valueRect.top + (rowHeight - fieldHeight) / 2, 0, 0,
+                     SWP_NOSIZE | SWP_NOACTIVATE);
+    } else {
+        DWORD style = WS_CHILD | ES_AUTOHSCROLL | ES_LEFT;
+        if (m_kind == CExtGridCell::EditorKind::Password) style |= ES_PASSWORD;
+        int height = pm.TextHeight() + 1;
+        int top = (textRect.top + textRect.bottom - height) / 2;
+        m_control = CreateWindowExA(0, "EDIT", text.c_str(), style, textRect.left, top,
+                                    textRect.right - textRect.left, height, parent, nullptr, instance, nullptr);
+        if (!m_control) return false;
+        SendMessageA(m_control, WM_SETFONT, reinterpret_cast<WPARAM>(pm.NormalFont()), FALSE);
+        SendMessageA(m_control, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
+        if (m_kind == CExtGridCell::EditorKind::Password) SendMessageA(m_control, EM_SETPASSWORDCHAR, '*', 0);
+    }
+    Subclass(m_control);
+    if (m_comboEdit) Subclass(m_comboEdit);
+    ShowWindow(m_control, SW_SHOW);
+    SetFocus(FocusHwnd());
+    if (initialText && !IsCombo()) {
+        // Typing started the edit: the caret goes after the typed text.
+        SendMessageA(m_control, EM_SETSEL, text.size(), text.size());
+    } else {
+        SelectAll();
+    }
+    return true;
+}
+
+void CExtGridInplaceEditor::Close() {
+    if (!m_control) return;
+    m_closing = true;
+    HWND control = m_control;
+    m_control = nullptr;
+    m_comboEdit = nullptr;
+    // Keep the keyboard in the grid rather than letting it fall to the parent.
+    if (GetFocus() == control || IsChild(control, GetFocus())) SetFocus(m_grid.GetHwnd());
+    DestroyWindow(control);
+    m_closing = false;
+}
+
+std::string CExtGridInplaceEditor::GetText() const {
+    if (!m_control) return std::string();
+    HWND source = m_control;
+    int length = GetWindowTextLengthA(source);
+    std::string text(length + 1, '\0');
+    GetWindowTextA(source, text.data(), length + 1);
+    text.resize(std::strlen(text.c_str()));
+    return text;
+}
+
+void CExtGridInplaceEditor::SetText(const std::string& text) {
+    if (!m_control) return;
+    SetWindowTextA(m_control, text.c_str());
+    SelectAll();
+}
+
+void CExtGridInplaceEditor::SelectAll() {
+    if (!m_control) return;
+    if (IsCombo()) SendMessageA(m_control, CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
+    else SendMessageA(m_control, EM_SETSEL, 0, -1);
+}
+
+void CExtGridInplaceEditor::ShowDropDown(bool show) {
+    if (m_control && IsCombo()) SendMessageA(m_control, CB_SHOWDROPDOWN, show, 0);
+}
+
+bool CExtGridInplaceEditor::IsDroppedDown() const {
+    return m_control && IsCombo() && SendMessageA(m_control, CB_GETDROPPEDSTATE, 0, 0);
+}
+
+int CExtGridInplaceEditor::GetListSelection() const {
+    return m_control && IsCombo() ? static_cast<int>(SendMessageA(m_control, CB_GETCURSEL, 0, 0)) : -1;
+}
+
+LRESULT CALLBACK CExtGridInplaceEditor::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto oldProc = reinterpret_cast<WNDPROC>(GetPropA(hwnd, kOldProcProperty));
+    auto* self = static_cast<CExtGridInplaceEditor*>(GetPropA(hwnd, kEditorProperty));
+    if (message == WM_NCDESTROY) {
+        RemovePropA(hwnd, kOldProcProperty);
+        RemovePropA(hwnd, kEditorProperty);
+        SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(oldProc));
+        return CallWindowProcA(oldProc, hwnd, message, wParam, lParam);
+    }
+    if (!self || !oldProc) return DefWindowProcA(hwnd, message, wParam, lParam);
+    switch (message) {
+    case WM_GETDLGCODE:
+        // Enter, Esc and Tab belong to the editor, not to the dialog around the grid.
+        return CallWindowProcA(oldProc, hwnd, message, wParam, lParam) | DLGC_WANTALLKEYS;
+    case WM_KEYDOWN: {
+        bool dropped = self->IsDroppedDown();
+        bool shift = GetKeyState(VK_SHIFT) < 0;
+        switch (wParam) {
+        case VK_RETURN:
+        case VK_ESCAPE:
+            if (dropped) break;     // the list closes first
+            self->m_grid.OnEditorKey(wParam, shift);
+            return 0;
+        case VK_TAB:
+            if (dropped) self->ShowDropDown(false);
+            self->m_grid.OnEditorKey(wParam, shift);
+            return 0;
+        case VK_UP:
+        case VK_DOWN:
+        case VK_PRIOR:
+        case VK_NEXT:
+            if (self->IsCombo()) break;   // the combo moves its selection
+            if (GetKeyState(VK_MENU) < 0) break;
+            self->m_grid.OnEditorKey(wParam, shift);
+            return 0;
+        }
+        break;
+    }
+    case WM_SYSKEYDOWN:
+        if ((wParam == VK_DOWN || wParam == VK_UP) && !self->IsCombo()) {
+            self->m_grid.OnEditorKey(VK_F4, false);
+            return 0;
+        }
+        break;
+    case WM_CHAR:
+        if (wParam == '\r' || wParam == '\x1b' || wParam == '\t') return 0;   // no beeps
+        break;
+    case WM_KILLFOCUS: {
+        LRESULT result = CallWindowProcA(oldProc, hwnd, message, wParam, lParam);
+        HWND to = reinterpret_cast<HWND>(wParam);
+        bool staysInside = to && (to == self->m_control || IsChild(self->m_control, to));
+        if (!self->m_closing && self->m_control && !staysInside) self->m_grid.OnEditorFocusLost(to);
+        return result;
+    }
+    }
+    return CallWindowProcA(oldProc, hwnd, message, wParam, lParam);
+}

@@ -1,0 +1,482 @@
+#include "grid/property_grid_ctrl.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+namespace {
+const char kClassName[] = "PwPropertyGridCtrl";
+const char kCtrlProperty[] = "PwPropertyGridCtrl";
+constexpr int kComboBarId = 100;
+constexpr int kRowsId = 101;
+constexpr int kFilterId = 102;
+constexpr int kToolbarButtons = 3;   // categorized, alphabetical, filter
+#ifndef EM_SETCUEBANNER
+constexpr UINT EM_SETCUEBANNER = 0x1501;
+#endif
+}  // namespace
+
+CExtPropertyGridCtrl::CExtPropertyGridCtrl()
+    : m_grid(new CExtPropertyGridWnd(m_pm, static_cast<CExtPropertyGridEvents*>(this))) {}
+
+CExtPropertyGridCtrl::~CExtPropertyGridCtrl() {
+    if (m_hwnd) DestroyWindow(m_hwnd);
+}
+
+bool CExtPropertyGridCtrl::Create(HWND parent, const RECT& rect, int id) {
+    static bool registered = false;
+    if (!registered) {
+        WNDCLASSA wc{};
+        wc.style = CS_DBLCLKS;
+        wc.lpfnWndProc = StaticProc;
+        wc.hInstance = GetModuleHandleA(nullptr);
+        wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
+        wc.lpszClassName = kClassName;
+        registered = RegisterClassA(&wc) != 0;
+    }
+    m_hwnd = CreateWindowExA(WS_EX_CONTROLPARENT, kClassName, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPCHILDREN,
+                             rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, parent,
+                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), this);
+    return m_hwnd != nullptr;
+}
+
+bool CExtPropertyGridCtrl::CreateInPlaceOf(HWND dialog, int controlId) {
+    HWND placeholder = GetDlgItem(dialog, controlId);
+    if (!placeholder) return false;
+    RECT rect;
+    GetWindowRect(placeholder, &rect);
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&rect), 2);
+    HWND previous = GetWindow(placeholder, GW_HWNDPREV);
+    DestroyWindow(placeholder);
+    if (!Create(dialog, rect, controlId)) return false;
+    SetWindowPos(m_hwnd, previous ? previous : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    return true;
+}
+
+void CExtPropertyGridCtrl::CreateChildren() {
+    m_comboBar.Create(m_hwnd, kComboBarId, m_pm.NormalFont());
+    m_grid->Create(m_hwnd, RECT{0, 0, 10, 10}, kRowsId);
+    m_filterEdit = CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, 0, 0, 10, 10,
+                                   m_hwnd, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kFilterId)),
+                                   GetModuleHandleA(nullptr), nullptr);
+    SendMessageA(m_filterEdit, WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), FALSE);
+    SendMessageW(m_filterEdit, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(L"Filter"));
+    SetPropA(m_filterEdit, kCtrlProperty, this);
+    m_filterOldProc = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrA(m_filterEdit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(FilterProc)));
+}
+
+// ---- stores -------------------------------------------------------------------------
+
+void CExtPropertyGridCtrl::PropertyStoreSynchronize() {
+    CExtPropertyStore* store = m_comboBar.PropertyStoreGetSelected();
+    if (store != m_grid->GetStore()) m_grid->SetStore(store);
+    else m_grid->Rebuild();
+    Layout();
+    OnGridFocusChanged(m_grid->FocusItem());
+}
+
+void CExtPropertyGridCtrl::PropertyStoreSet(CExtPropertyStore* store) {
+    m_grid->SetStore(store);
+    OnGridFocusChanged(m_grid->FocusItem());
+}
+
+// ---- options -------------------------------------------------------------------------
+
+void CExtPropertyGridCtrl::SetSorted(bool sorted) {
+    m_grid->SetSorted(sorted);
+    if (m_hwnd) InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
+}
+
+void CExtPropertyGridCtrl::ShowFilter(bool show) {
+    if (show == m_filterShown) return;
+    m_filterShown = show;
+    if (!show) SetFilterText(std::string());
+    Layout();
+    if (show && m_filterEdit) SetFocus(m_filterEdit);
+    if (m_hwnd) InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
+}
+
+void CExtPropertyGridCtrl::SetFilterText(const std::string& text) {
+    if (m_filterEdit) SetWindowTextA(m_filterEdit, text.c_str());   // EN_CHANGE updates the rows
+    else m_grid->SetFilter(text);
+}
+
+void CExtPropertyGridCtrl::ShowTipBar(bool show) {
+    m_tipShown = show;
+    Layout();
+}
+
+void CExtPropertyGridCtrl::EnableToolTips(bool enable) {
+    m_toolTipsEnabled = enable;
+    m_grid->EnableToolTips(enable);
+}
+
+void CExtPropertyGridCtrl::SetDpi(int dpi) {
+    m_pm.SetDpi(dpi);
+    m_tipHeight = 0;
+    if (m_comboBar.GetHwnd()) SendMessageA(m_comboBar.GetHwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
+    if (m_filterEdit) SendMessageA(m_filterEdit, WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
+    Layout();
+    m_grid->RefreshCellExtents();
+}
+
+// ---- notifications ---------------------------------------------------------------------
+
+void CExtPropertyGridCtrl::SendNotify(UINT code, CExtPropertyValue& item) {
+    HWND parent = m_hwnd ? GetParent(m_hwnd) : nullptr;
+    if (!parent) return;
+    NMPROPERTYGRID nm{};
+    nm.hdr.hwndFrom = m_hwnd;
+    nm.hdr.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(m_hwnd));
+    nm.hdr.code = code;
+    nm.item = &item;
+    SendMessageA(parent, WM_NOTIFY, nm.hdr.idFrom, reinterpret_cast<LPARAM>(&nm));
+}
+
+void CExtPropertyGridCtrl::OnInputComplete(CExtPropertyValue& item) { SendNotify(PGN_INPUTCOMPLETE, item); }
+
+void CExtPropertyGridCtrl::OnValueApplied(CExtPropertyValue& item) { SendNotify(PGN_VALUEAPPLIED, item); }
+
+void CExtPropertyGridCtrl::OnGridFocusChanged(CExtPropertyItem*) {
+    if (m_hwnd && m_tipShown) InvalidateRect(m_hwnd, &m_tipRect, FALSE);
+}
+
+bool CExtPropertyGridCtrl::PreTranslateMessage(MSG* msg) {
+    if (msg->message == WM_KEYDOWN && msg->wParam == VK_DELETE && m_hwnd && IsDialogMessageA(m_hwnd, msg))
+        return true;
+    return false;
+}
+
+bool CExtPropertyGridCtrl::PreTranslateGridMessage(MSG* msg) {
+    for (HWND hwnd = msg->hwnd; hwnd; hwnd = GetParent(hwnd)) {
+        char name[64] = {};
+        GetClassNameA(hwnd, name, sizeof name);
+        if (lstrcmpA(name, kClassName) == 0) {
+            auto* ctrl = reinterpret_cast<CExtPropertyGridCtrl*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+            return ctrl && ctrl->PreTranslateMessage(msg);
+        }
+        if (!(GetWindowLongA(hwnd, GWL_STYLE) & WS_CHILD)) break;
+    }
+    return false;
+}
+
+// ---- layout and painting -----------------------------------------------------------------
+
+void CExtPropertyGridCtrl::Layout() {
+    if (!m_hwnd) return;
+    RECT client;
+    GetClientRect(m_hwnd, &client);
+    int y = 0;
+    if (m_comboBar.IsShown()) {
+        RECT combo;
+        GetWindowRect(m_comboBar.GetHwnd(), &combo);
+        int height = combo.bottom - combo.top;
+        SetWindowPos(m_comboBar.GetHwnd(), nullptr, 0, 0, client.right, height + m_pm.Scale(160),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+        y += height + m_pm.Scale(2);
+    }
+    int toolbarHeight = m_pm.Scale(26);
+    m_toolbarRect = {0, y, client.right, y + toolbarHeight};
+    if (m_filterEdit) {
+        RECT last = GetToolbarButtonRect(kToolbarButtons - 1);
+        int left = last.right + m_pm.Scale(6);
+        int height = m_pm.TextHeight() + m_pm.Scale(6);
+        SetWindowPos(m_filterEdit, nullptr, left, y + (toolbarHeight - height) / 2,
+                     (std::max)(0, static_cast<int>(client.right) - left - m_pm.Scale(3)), height,
+                     SWP_NOZORDER | SWP_NOACTIVATE | (m_filterShown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+    }
+    y += toolbarHeight;
+    if (m_tipHeight <= 0) m_tipHeight = 3 * m_pm.TextHeight() + m_pm.Scale(14);
+    int tip = m_tipShown ? std::clamp(m_tipHeight, m_pm.Scale(24), (std::max)(m_pm.Scale(24), static_cast<int>(client.bottom) - y - m_pm.Scale(40))) : 0;
+    int gridBottom = client.bottom - (m_tipShown ? tip + m_pm.Scale(4) : 0);
+    m_tipRect = m_tipShown ? RECT{0, gridBottom + m_pm.Scale(4), client.right, client.bottom} : RECT{};
+    // The rows sit inside a one-pixel frame painted by this window.
+    if (m_grid->GetHwnd())
+        SetWindowPos(m_grid->GetHwnd(), nullptr, 1, y + 1, (std::max)(0, static_cast<int>(client.right) - 2),
+                     (std::max)(0, gridBottom - y - 2), SWP_NOZORDER | SWP_NOACTIVATE);
+    InvalidateRect(m_hwnd, nullptr, FALSE);
+}
+
+RECT CExtPropertyGridCtrl::GetToolbarButtonRect(int button) const {
+    int size = m_pm.Scale(24);
+    int top = m_toolbarRect.top + (m_toolbarRect.bottom - m_toolbarRect.top - size) / 2;
+    int left = m_pm.Scale(2) + button * (size + m_pm.Scale(1)) + (button >= 2 ? m_pm.Scale(7) : 0);
+    return {left, top, left + size, top + size};
+}
+
+int CExtPropertyGridCtrl::ToolbarHitTest(POINT point) const {
+    for (int b = 0; b < kToolbarButtons; ++b) {
+        RECT r = GetToolbarButtonRect(b);
+        if (PtInRect(&r, point)) return b;
+    }
+    return -1;
+}
+
+void CExtPropertyGridCtrl::PressToolbarButton(int button) {
+    switch (button) {
+    case 0: SetSorted(false); break;
+    case 1: SetSorted(true); break;
+    case 2: ShowFilter(!m_filterShown); break;
+    }
+}
+
+void CExtPropertyGridCtrl::PaintToolbarGlyph(HDC dc, int button, const RECT& rect) {
+    // Glyphs are drawn on a 16-unit square scaled to the DPI, so they stay sharp.
+    int unit = (std::max)(1, m_pm.Scale(1));
+    int ox = (rect.left + rect.right) / 2 - 8 * unit, oy = (rect.top + rect.bottom) / 2 - 8 * unit;
+    auto box = [&](int x, int y, int w, int h, COLORREF color) {
+        RECT r{ox + x * unit, oy + y * unit, ox + (x + w) * unit, oy + (y + h) * unit};
+        CExtGridPaintManager::FillSolid(dc, r, color);
+    };
+    COLORREF ink = GetSysColor(COLOR_BTNTEXT);
+    COLORREF accent = RGB(0, 90, 180);
+    if (button == 0) {
+        // Two groups, each a heading with a minus box and indented lines.
+        for (int g = 0; g < 2; ++g) {
+            int y = 1 + g * 8;
+            box(1, y, 5, 5, ink);
+            box(2, y + 1, 3, 3, GetSysColor(COLOR_WINDOW));
+            box(2, y + 2, 3, 1, ink);
+            box(7, y + 2, 8, 1, accent);
+            box(9, y + 5, 6, 1, ink);
+        }
+    } else if (button == 1) {
+        // "A" above "Z" and an arrow pointing down.
+        LOGFONTA lf{};
+        lf.lfHeight = -7 * unit - 1;
+        lf.lfWeight = FW_BOLD;
+        lstrcpyA(lf.lfFaceName, "Arial");
+        HFONT font = CreateFontIndirectA(&lf);
+        HGDIOBJ old = SelectObject(dc, font);
+        SetBkMode(dc, TRANSPARENT);
+        SetTextColor(dc, accent);
+        RECT a{ox, oy, ox + 9 * unit, oy + 8 * unit};
+        DrawTextA(dc, "A", 1, &a, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+        SetTextColor(dc, ink);
+        RECT z{ox, oy + 8 * unit, ox + 9 * unit, oy + 16 * unit};
+        DrawTextA(dc, "Z", 1, &z, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+        SelectObject(dc, old);
+        DeleteObject(font);
+        box(12, 2, 1, 11, ink);
+        for (int i = 0; i < 3; ++i) box(12 - i, 12 - i, 1 + 2 * i, 1, ink);
+    } else {
+        // A funnel.
+        for (int i = 0; i < 5; ++i) box(2 + i, 2 + i, 12 - 2 * i, 1, ink);
+        box(7, 7, 2, 6, ink);
+        box(3, 3, 10, 1, GetSysColor(COLOR_3DFACE));
+    }
+}
+
+void CExtPropertyGridCtrl::PaintToolbar(HDC dc) {
+    CExtGridPaintManager::FillSolid(dc, m_toolbarRect, GetSysColor(COLOR_3DFACE));
+    for (int b = 0; b < kToolbarButtons; ++b) {
+        RECT r = GetToolbarButtonRect(b);
+        bool checked = (b == 0 && !IsSorted()) || (b == 1 && IsSorted()) || (b == 2 && m_filterShown);
+        m_pm.DrawToolbarButtonFace(dc, r, b == m_hotButton, false, checked);
+        PaintToolbarGlyph(dc, b, r);
+    }
+    // A separator between the view buttons and the filter button.
+    RECT first = GetToolbarButtonRect(1);
+    int x = first.right + m_pm.Scale(4);
+    RECT sep{x, first.top + m_pm.Scale(3), x + 1, first.bottom - m_pm.Scale(3)};
+    CExtGridPaintManager::FillSolid(dc, sep, GetSysColor(COLOR_3DSHADOW));
+    OffsetRect(&sep, 1, 0);
+    CExtGridPaintManager::FillSolid(dc, sep, GetSysColor(COLOR_3DHIGHLIGHT));
+}
+
+void CExtPropertyGridCtrl::PaintTipBar(HDC dc) {
+    if (!m_tipShown) return;
+    RECT r = m_tipRect;
+    CExtGridPaintManager::FillSolid(dc, r, GetSysColor(COLOR_3DFACE));
+    RECT frame = r;
+    HBRUSH border = CreateSolidBrush(GetSysColor(COLOR_3DSHADOW));
+    FrameRect(dc, &frame, border);
+    DeleteObject(border);
+    CExtPropertyItem* item = m_grid->FocusItem();
+    if (!item) return;
+    InflateRect(&r, -m_pm.Scale(6), -m_pm.Scale(4));
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
+    HGDIOBJ old = SelectObject(dc, m_pm.BoldFont());
+    RECT name = r;
+    name.bottom = name.top + m_pm.TextHeight();
+    DrawTextA(dc, item->NameGet().c_str(), -1, &name, DT_LEFT | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    SelectObject(dc, m_pm.NormalFont());
+    RECT text = r;
+    text.top = name.bottom + m_pm.Scale(3);
+    DrawTextA(dc, item->DescriptionGet().c_str(), -1, &text, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EDITCONTROL);
+    SelectObject(dc, old);
+}
+
+void CExtPropertyGridCtrl::Paint(HDC dc) {
+    RECT client;
+    GetClientRect(m_hwnd, &client);
+    CExtGridPaintManager::FillSolid(dc, client, GetSysColor(COLOR_3DFACE));
+    PaintToolbar(dc);
+    if (m_grid->GetHwnd()) {
+        RECT rows;
+        GetWindowRect(m_grid->GetHwnd(), &rows);
+        MapWindowPoints(nullptr, m_hwnd, reinterpret_cast<POINT*>(&rows), 2);
+        InflateRect(&rows, 1, 1);
+        HBRUSH border = CreateSolidBrush(GetSysColor(COLOR_3DSHADOW));
+        FrameRect(dc, &rows, border);
+        DeleteObject(border);
+    }
+    PaintTipBar(dc);
+}
+
+// ---- messages -------------------------------------------------------------------------------
+
+LRESULT CALLBACK CExtPropertyGridCtrl::FilterProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* self = static_cast<CExtPropertyGridCtrl*>(GetPropA(hwnd, kCtrlProperty));
+    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
+    WNDPROC old = self->m_filterOldProc;
+    if (message == WM_KEYDOWN) {
+        if (wParam == VK_ESCAPE) {
+            // Esc clears the filter, a second Esc closes the box.
+            if (GetWindowTextLengthA(hwnd) > 0) self->SetFilterText(std::string());
+            else self->ShowFilter(false);
+            SetFocus(self->m_grid->GetHwnd());
+            return 0;
+        }
+        if (wParam == VK_DOWN || wParam == VK_RETURN) {
+            SetFocus(self->m_grid->GetHwnd());
+            return 0;
+        }
+    }
+    if (message == WM_CHAR && (wParam == '\x1b' || wParam == '\r')) return 0;
+    if (message == WM_GETDLGCODE) return CallWindowProcA(old, hwnd, message, wParam, lParam) | DLGC_WANTALLKEYS;
+    if (message == WM_NCDESTROY) {
+        RemovePropA(hwnd, kCtrlProperty);
+        SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old));
+    }
+    return CallWindowProcA(old, hwnd, message, wParam, lParam);
+}
+
+LRESULT CALLBACK CExtPropertyGridCtrl::StaticProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* self = reinterpret_cast<CExtPropertyGridCtrl*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+    if (message == WM_NCCREATE) {
+        self = static_cast<CExtPropertyGridCtrl*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
+        SetWindowLongPtrA(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+        self->m_hwnd = hwnd;
+    }
+    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
+    if (message == WM_NCDESTROY) {
+        self->m_hwnd = nullptr;
+        self->m_filterEdit = nullptr;
+        SetWindowLongPtrA(hwnd, GWLP_USERDATA, 0);
+        return DefWindowProcA(hwnd, message, wParam, lParam);
+    }
+    return self->WindowProc(message, wParam, lParam);
+}
+
+LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CREATE:
+        CreateChildren();
+        Layout();
+        return 0;
+    case WM_SIZE:
+        Layout();
+        return 0;
+    case WM_ERASEBKGND: return 1;
+    case WM_PAINT: {
+        PAINTSTRUCT ps;
+        HDC dc = BeginPaint(m_hwnd, &ps);
+        RECT client;
+        GetClientRect(m_hwnd, &client);
+        if (client.right > 0 && client.bottom > 0) {
+            HDC mem = CreateCompatibleDC(dc);
+            HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);
+            HGDIOBJ old = SelectObject(mem, bitmap);
+            Paint(mem);
+            BitBlt(dc, 0, 0, client.right, client.bottom, mem, 0, 0, SRCCOPY);
+            SelectObject(mem, old);
+            DeleteObject(bitmap);
+            DeleteDC(mem);
+        }
+        EndPaint(m_hwnd, &ps);
+        return 0;
+    }
+    case WM_PRINTCLIENT:
+        Paint(reinterpret_cast<HDC>(wParam));
+        return 0;
+    case WM_SETFOCUS:
+        // The control passes the keyboard to its rows.
+        if (m_grid->GetHwnd()) SetFocus(m_grid->GetHwnd());
+        return 0;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == kFilterId && HIWORD(wParam) == EN_CHANGE) {
+            int length = GetWindowTextLengthA(m_filterEdit);
+            std::string text(length + 1, '\0');
+            GetWindowTextA(m_filterEdit, text.data(), length + 1);
+            text.resize(length);
+            m_grid->SetFilter(text);
+        } else if (LOWORD(wParam) == kComboBarId && HIWORD(wParam) == CBN_SELCHANGE) {
+            PropertyStoreSynchronize();
+        }
+        return 0;
+    case WM_MOUSEMOVE: {
+        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        if (m_draggingTip) {
+            RECT client;
+            GetClientRect(m_hwnd, &client);
+            m_tipHeight = client.bottom - p.y - m_pm.Scale(2);
+            Layout();
+            return 0;
+        }
+        int hot = ToolbarHitTest(p);
+        if (hot != m_hotButton) {
+            m_hotButton = hot;
+            InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
+            TRACKMOUSEEVENT tme{sizeof(tme), TME_LEAVE, m_hwnd, 0};
+            TrackMouseEvent(&tme);
+        }
+        return 0;
+    }
+    case WM_MOUSELEAVE:
+        m_hotButton = -1;
+        InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
+        return 0;
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK: {
+        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        int button = ToolbarHitTest(p);
+        if (button >= 0) {
+            PressToolbarButton(button);
+            return 0;
+        }
+        // Between the rows and the tip bar: resize the tip bar.
+        if (m_tipShown && p.y < m_tipRect.top && p.y >= m_tipRect.top - m_pm.Scale(5)) {
+            m_draggingTip = true;
+            SetCapture(m_hwnd);
+        }
+        return 0;
+    }
+    case WM_LBUTTONUP:
+        if (m_draggingTip) {
+            m_draggingTip = false;
+            ReleaseCapture();
+        }
+        return 0;
+    case WM_SETCURSOR:
+        if (reinterpret_cast<HWND>(wParam) == m_hwnd && LOWORD(lParam) == HTCLIENT) {
+            POINT p;
+            GetCursorPos(&p);
+            ScreenToClient(m_hwnd, &p);
+            if (m_tipShown && p.y < m_tipRect.top && p.y >= m_tipRect.top - m_pm.Scale(5)) {
+                SetCursor(LoadCursor(nullptr, IDC_SIZENS));
+                return TRUE;
+            }
+        }
+        break;
+    case WM_SETTINGCHANGE:
+    case WM_THEMECHANGED:
+        m_pm.Refresh();
+        Layout();
+        SendMessageA(m_grid->GetHwnd(), message, wParam, lParam);
+        break;
+    }
+    return DefWindowProcA(m_hwnd, message, wParam, lParam);
+}
