@@ -1,0 +1,239 @@
+#!/usr/bin/env python3
+"""End-to-end tests of pwext as a host of the extension engine.
+
+Runs the built pwext (PWEXT, default build/native/bin/pwext) on a small
+definition of our own written here, and on the built-in one where the
+behaviour is the shipped gallery's.
+"""
+import base64
+import json
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
+PWEXT = os.environ.get("PWEXT", os.path.join(ROOT, "build", "native", "bin", "pwext"))
+
+LISTING = (
+    '<xsl:stylesheet xmlns:xsl="http://www.w3.org/1999/XSL/Transform" version="1.0">'
+    '<xsl:output method="xml"/><xsl:template match="/"><xsl:for-each select="GALLERY/IMAGE">'
+    '<img src="{FILENAME}" alt="{TITLE}"/></xsl:for-each></xsl:template></xsl:stylesheet>'
+)
+
+
+def b64(text):
+    return base64.b64encode(text.encode("latin-1")).decode("ascii")
+
+
+def definition(properties, files=(), body="<p>$text$</p>", head="<h>$text$</h>", tail=""):
+    """A definition in the stored layout: properties are (category, variable,
+    type, value, extra attributes); files are (name, content, processed)."""
+    out = ['<?xml version="1.0" encoding="UTF-8"?>\r\n<EXTENSION title="T" text="Test" minwidth="5" >\r\n',
+           "\t<PROPERTIES>\r\n"]
+    categories = []
+    for c, *_ in properties:
+        if c not in categories:
+            categories.append(c)
+    for c in categories:
+        out.append('\t\t<CATEGORY name="%s" >\r\n' % c)
+        for cat, var, typ, value, extra in properties:
+            if cat == c:
+                out.append('\t\t\t<PROPERTY variable="%s" type="%s" value="%s" %s>\r\n\t\t\t</PROPERTY>\r\n'
+                           % (var, typ, value, extra))
+        out.append("\t\t</CATEGORY>\r\n")
+    out.append("\t</PROPERTIES>\r\n\t<FILES>\r\n")
+    for name, content, processed in files:
+        out.append('\t\t<FILE filename="%s" process_file="%s" >%s</FILE>\r\n'
+                   % (name, "1" if processed else "0", b64(content)))
+    out.append("\t</FILES>\r\n")
+    for element, text in (("HTML_HEAD", head), ("HTML_BODY", body), ("HTML_TAIL", tail)):
+        out.append("\t<%s>%s</%s>\r\n" % (element, b64(text), element))
+    out.append("</EXTENSION>\r\n")
+    return "".join(out)
+
+
+GALLERY = definition(
+    [("General", "$images$", "6", "", 'gallerytemplate="%s"' % b64(LISTING)),
+     ("General", "$text$", "2", "hello", ""),
+     ("General", "$home$", "8", "index.html", ""),
+     ("Style", "$color$", "1", "#102030", 'colortype="2"'),
+     ("Links", "$more$", "8", "more.html", "")],
+    files=[("style.css", "p { color: #$color$ }", True), ("raw.bin", "\x00\x01$color$\xff", False)],
+    body='<div style="left:$LEFT$px">$text$ $images$ <a href="$home$">$more$</a></div>',
+)
+
+
+class PwextCase(unittest.TestCase):
+    def setUp(self):
+        self.dir = tempfile.mkdtemp(prefix="pwext-host-")
+        self.definition = self.write("gallery.xml", GALLERY)
+
+    def tearDown(self):
+        shutil.rmtree(self.dir, ignore_errors=True)
+
+    def write(self, name, content, mode="w"):
+        path = os.path.join(self.dir, name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, mode, **({} if "b" in mode else {"encoding": "latin-1", "newline": ""})) as f:
+            f.write(content)
+        return path
+
+    def run_pwext(self, *args, ok=True):
+        result = subprocess.run([PWEXT, *args], capture_output=True)
+        if ok and result.returncode != 0:
+            self.fail("pwext %s failed: %s" % (args, result.stderr.decode("latin-1")))
+        return result
+
+    def text(self, *args):
+        return self.run_pwext(*args).stdout.decode("latin-1")
+
+
+class HtmlCommand(PwextCase):
+    def test_design_and_published_bodies(self):
+        picture = self.write("pics/a b.png", "PNG")
+        design = self.text("html", "body", "--definition", self.definition, "--images", picture,
+                           "--set", "$text$=x=y")
+        self.assertIn('src="%s"' % picture, design)
+        self.assertIn("x=y ", design)  # only the first '=' separates
+        self.assertIn("$LEFT$px", design)
+        published = self.text("html", "body", "--publish", "--context", "gallery/", "--definition",
+                              self.definition, "--images", picture)
+        self.assertIn('<img src="gallery/a b.png" alt="a b.png"/>', published)
+        self.assertNotIn("<?xml", published)
+
+    def test_head_and_tail(self):
+        self.assertEqual(self.text("html", "head", "--definition", self.definition, "--set", "$text$=T"), "<h>T</h>")
+        self.assertEqual(self.text("html", "tail", "--definition", self.definition), "")
+
+    def test_builtin_definition_is_the_default(self):
+        head = self.text("html", "head")
+        self.assertIn('href="slidewave.css"', head)
+        body = self.text("html", "body", "--set", "$backgroundcolor$=#FF8000")
+        self.assertIn("background-color:#FF8000;", body)
+
+    def test_usage_errors(self):
+        for args in (["html"], ["html", "middle"], ["html", "head", "--publish"], ["html", "body", "--set", "novalue"],
+                     ["html", "body", "--definition"]):
+            result = self.run_pwext(*args, ok=False)
+            self.assertEqual(result.returncode, 2, args)
+            self.assertEqual(len(result.stderr.decode().strip().splitlines()), 1, args)
+
+    def test_missing_definition_is_one_line_and_non_zero(self):
+        result = self.run_pwext("html", "body", "--definition", os.path.join(self.dir, "none.xml"), ok=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(len(result.stderr.splitlines()), 1)
+
+
+class PublishCommand(PwextCase):
+    def test_publishes_payload_images_and_page(self):
+        pictures = [self.write("pics/%d.png" % i, "picture %d" % i) for i in range(3)]
+        site = os.path.join(self.dir, "Site")
+        out = self.text("publish", site, os.path.join(site, "Images"), "--page", "index.html",
+                        "--geometry", "10,20,300,200", "--definition", self.definition, "--images", *pictures)
+        with open(os.path.join(site, "style.css")) as f:
+            self.assertEqual(f.read(), "p { color: #102030 }")
+        with open(os.path.join(site, "raw.bin"), "rb") as f:
+            self.assertEqual(f.read(), b"\x00\x01$color$\xff")
+        for i in range(3):
+            with open(os.path.join(site, "Images", "%d.png" % i)) as f:
+                self.assertEqual(f.read(), "picture %d" % i)
+        with open(os.path.join(site, "index.html"), encoding="latin-1") as f:
+            page = f.read()
+        # The page context comes from the image folder, lower case.
+        self.assertIn('<img src="images/0.png" alt="0.png"/>', page)
+        self.assertIn('style="left:10px"', page)
+        self.assertLess(page.index("<h>hello</h>"), page.index("</head>"))
+        self.assertIn("wrote " + os.path.join(site, "index.html"), out)
+        self.assertEqual(sorted(os.listdir(site)), ["Images", "index.html", "raw.bin", "style.css"])
+
+    def test_context_option_wins(self):
+        picture = self.write("p.png", "p")
+        site = os.path.join(self.dir, "s")
+        self.text("publish", site, os.path.join(site, "img"), "--page", "p.html", "--context", "elsewhere",
+                  "--definition", self.definition, "--images", picture)
+        with open(os.path.join(site, "p.html")) as f:
+            self.assertIn('src="elsewhere/p.png"', f.read())
+
+    def test_missing_picture_fails_but_publishes_the_rest(self):
+        present = self.write("here.png", "here")
+        site = os.path.join(self.dir, "s")
+        result = self.run_pwext("publish", site, os.path.join(site, "img"), "--definition", self.definition,
+                                "--images", os.path.join(self.dir, "gone.png"), present, ok=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"could not copy", result.stderr)
+        self.assertTrue(os.path.exists(os.path.join(site, "img", "here.png")))
+        self.assertFalse(os.path.exists(os.path.join(site, "img", "gone.png")))
+        self.assertEqual([n for n in os.listdir(os.path.join(site, "img")) if n.startswith("gone")], [])
+
+    def test_bad_geometry(self):
+        result = self.run_pwext("publish", "a", "b", "--page", "x.html", "--geometry", "1,2,3", ok=False)
+        self.assertEqual(result.returncode, 2)
+
+
+class LinksCommand(PwextCase):
+    def test_counts_and_rewrites_with_carry_over(self):
+        data = json.loads(self.text("links", "--definition", self.definition))
+        self.assertEqual(data["count"], 2)
+        self.assertEqual(data["urls"], ["more.html", "more.html"])  # link 0 carries into Links
+        self.assertEqual(data["values"], {})
+        data = json.loads(self.text("links", "--definition", self.definition, "--set-url", "1=b.html",
+                                    "--set-url", "0=a.html"))
+        self.assertEqual(data["values"], {"$more$": "a.html", "$home$": "a.html"})
+
+    def test_builtin_has_no_links(self):
+        self.assertEqual(json.loads(self.text("links", "--set-url", "0=x")), {"count": 0, "urls": [], "values": {}})
+
+
+class RecordCommand(PwextCase):
+    def test_round_trip_through_a_file(self):
+        record = self.run_pwext("record", "write", "--id", "7", "--definition", self.definition,
+                                "--set", b"$text$=" + b"\xe9" * 255).stdout
+        self.assertEqual(record[:8], bytes([100, 0, 0, 0, 7, 0, 0, 0]))
+        path = self.write("r.bin", record, "wb")
+        data = json.loads(self.text("record", "read", path))
+        self.assertEqual(data, {"version": 100, "id": 7, "values": [["$text$", "\xe9" * 255]]})
+        body = self.text("html", "body", "--definition", self.definition, "--record", path)
+        self.assertIn("\xe9" * 255, body)
+        # --set applies after the record.
+        body = self.text("html", "body", "--definition", self.definition, "--record", path, "--set", "$text$=later")
+        self.assertIn("later", body)
+
+    def test_bad_records_give_one_line(self):
+        record = self.run_pwext("record", "write", "--set", "$fontname$=Verdana").stdout
+        for name, data in (("truncated", record[:-3]), ("empty", b""), ("trailing", record + b"x")):
+            path = self.write(name, data, "wb")
+            result = self.run_pwext("record", "read", path, ok=False)
+            self.assertEqual(result.returncode, 1, name)
+            lines = result.stderr.decode().strip().splitlines()
+            self.assertEqual(len(lines), 1, name)
+            self.assertIn("bad project record", lines[0])
+        result = self.run_pwext("html", "body", "--record", os.path.join(self.dir, "truncated"), ok=False)
+        self.assertEqual(result.returncode, 1)
+
+
+class SiteCommand(PwextCase):
+    SITE = ('<site><folder name="Docs"><page name="Intro" url="docs/intro.html"/>'
+            '<page name="Now" url="docs/now.html" current_page="True"/></folder>'
+            '<page name="intro" url="intro.html"/></site>')
+
+    def test_current_and_by_name(self):
+        path = self.write("site.xml", self.SITE)
+        self.assertEqual(json.loads(self.text("site", path, "--current")), {"name": "Now", "url": "docs/now.html"})
+        self.assertEqual(json.loads(self.text("site", path, "--page", "INTRO")),
+                         {"name": "Intro", "url": "docs/intro.html"})
+
+    def test_not_found_exits_one(self):
+        path = self.write("site.xml", "<site><page name=\"a\"/></site>")
+        self.assertEqual(self.run_pwext("site", path, "--current", ok=False).returncode, 1)
+        self.assertEqual(self.run_pwext("site", path, "--page", "b", ok=False).returncode, 1)
+        self.assertEqual(self.run_pwext("site", ok=False).returncode, 2)
+
+
+if __name__ == "__main__":
+    if not os.path.exists(PWEXT):
+        print("pwext not built: %s" % PWEXT, file=sys.stderr)
+        sys.exit(1)
+    unittest.main(verbosity=1)
