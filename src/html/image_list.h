@@ -10,10 +10,10 @@
 
 struct ImageListEntry {
     std::string fileName;  // full path of the picture
-    std::string title;
-    std::string description;
-    std::string link;
-    std::string target;
+    std::string title = {};
+    std::string description = {};
+    std::string link = {};
+    std::string target = {};
 };
 
 std::string WriteImageList(const std::vector<ImageListEntry>& images);

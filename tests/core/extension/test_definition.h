@@ -16,6 +16,13 @@
 namespace testdef {
 
 struct Property {
+    Property(std::string variable, std::string type, std::string value, std::string colortype = "",
+             std::string gallerytemplate = "")
+        : variable(std::move(variable)),
+          type(std::move(type)),
+          value(std::move(value)),
+          colortype(std::move(colortype)),
+          gallerytemplate(std::move(gallerytemplate)) {}
     std::string variable;
     std::string type;
     std::string value;
@@ -29,6 +36,8 @@ struct Category {
 };
 
 struct File {
+    File(std::string name, std::string content, bool process = false)
+        : name(std::move(name)), content(std::move(content)), process(process) {}
     std::string name;
     std::string content;  // stored as Base64
     bool process = false;
