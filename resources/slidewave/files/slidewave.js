@@ -1,1 +1,295 @@
-// stub
+/*
+ * Slidewave gallery: a strip of pictures moved with slider, scroll bar,
+ * wheel, swipes, taps and keys. Works per #slidewave block (ids repeat if
+ * a page has several) on its #loading, #images (img: src, longdesc = file,
+ * alt = title), #captions, #scrollbar and #slider. Without PHP the
+ * reflection is drawn here; pictures that fail to load are left out.
+ */
+(function () {
+'use strict';
+
+var REFLECTION = 0.5;  // reflection height / picture height (reflect.php)
+var SIDE = 6;          // pictures displayed on each side of the current one
+var TIMEOUT = 20000;   // then start with what has loaded (ms)
+var GLIDE = 140;       // time constant of the movement (ms)
+var WHEEL_STEP = 100;  // wheel pixels for a picture
+
+var calm = matchMedia('(prefers-reduced-motion: reduce)');
+
+function clamp(v, lo, hi) { return v < lo ? lo : v > hi ? hi : v; }
+
+function Gallery(root) {
+  var part = function (id) { return root.querySelector('[id="' + id + '"]'); };
+  this.root = root;
+  this.strip = part('images');
+  this.loading = part('loading');
+  this.captions = part('captions');
+  this.bar = part('scrollbar');
+  this.slider = part('slider');
+  this.items = [];   // { element, img, ratio, reflected }
+  this.offset = 0;   // position shown; fractional while gliding
+  this.target = 0;
+  this.wheel = 0;
+  if (this.strip) this.prepare();
+}
+
+Gallery.prototype.prepare = function () {
+  var root = this.root, self = this;
+  root.tabIndex = 0;
+  root.setAttribute('role', 'region');
+  root.setAttribute('aria-roledescription', 'gallery');
+  root.style.cssText += ';position:relative;overflow:hidden';
+  this.strip.style.cssText += ';position:relative;overflow:hidden;touch-action:pan-y';
+  if (this.captions) {
+    this.captions.setAttribute('aria-live', 'polite');
+    this.captions.style.minHeight = '1.4em';
+  }
+  if (this.bar) {
+    this.bar.style.cssText += ';height:10px;margin:6px 10% 0;cursor:pointer;touch-action:none';
+    this.bar.setAttribute('aria-hidden', 'true');
+    if (this.slider) this.slider.style.top = '10px';
+  }
+
+  // Start when all pictures have loaded or failed, or at the time-out.
+  var images = this.strip.getElementsByTagName('img'), pending = images.length;
+  var settle = function () {
+    if (--pending <= 0 || self.started) self.start();
+  };
+  for (var i = 0; i < images.length; i++) this.watch(images[i], settle);
+  if (!images.length) this.start();
+  setTimeout(function () { self.start(); }, TIMEOUT);
+};
+
+Gallery.prototype.watch = function (img, settle) {
+  var self = this, viaPhp = /reflect\.php/.test(img.src), original = img.getAttribute('longdesc');
+  img.draggable = false;
+  img.style.display = 'none';
+  var ok = function () {
+    img.state = viaPhp ? 'reflected' : 'plain';
+    settle();
+  };
+  var failed = function () {
+    if (viaPhp && original && !img.canvas) {
+      self.reflect(img, original, settle);
+    } else {
+      img.state = 'failed';
+      settle();
+    }
+  };
+  if (img.complete && img.getAttribute('src')) {
+    if (img.naturalWidth) ok(); else failed();
+  } else {
+    img.addEventListener('load', ok);
+    img.addEventListener('error', failed);
+  }
+};
+
+// Draws the original picture and its reflection on a canvas beside the img.
+Gallery.prototype.reflect = function (img, original, settle) {
+  var source = new Image();
+  source.onerror = function () { img.state = 'failed'; settle(); };
+  source.onload = function () {
+    var w = source.naturalWidth, h = source.naturalHeight, r = Math.round(h * REFLECTION) || 1;
+    var canvas = document.createElement('canvas'), g = canvas.getContext('2d');
+    canvas.width = w;
+    canvas.height = h + r;
+    g.drawImage(source, 0, 0);
+    g.setTransform(1, 0, 0, -1, 0, 2 * h);  // mirror below the picture
+    g.drawImage(source, 0, h - r, w, r, 0, h - r, w, r);
+    g.setTransform(1, 0, 0, 1, 0, 0);
+    // The fade of reflect.php: half visible, then the distance squared.
+    var fade = g.createLinearGradient(0, h, 0, h + r);
+    for (var t = 0; t <= 1; t += 0.25) {
+      fade.addColorStop(t, 'rgba(0,0,0,' + (1 - 0.5 * (1 - t) * (1 - t)) + ')');
+    }
+    g.globalCompositeOperation = 'destination-out';
+    g.fillStyle = fade;
+    g.fillRect(0, h, w, r);
+    canvas.setAttribute('role', 'img');
+    canvas.setAttribute('aria-label', img.alt);
+    canvas.style.cssText = 'position:absolute;display:none';
+    img.parentNode.insertBefore(canvas, img);
+    img.canvas = canvas;
+    img.state = 'reflected';
+    settle();
+  };
+  source.src = original;
+};
+
+// Lists the loaded pictures (keeping the current one) and lays out.
+Gallery.prototype.start = function () {
+  var self = this, current = this.items[Math.round(this.target)];
+  if (!this.started) {
+    this.started = true;
+    if (this.loading) this.loading.style.display = 'none';
+    this.strip.style.visibility = 'visible';
+    this.bind();
+    if (window.ResizeObserver) new ResizeObserver(function () { self.layout(); }).observe(this.root);
+  }
+  var images = this.strip.getElementsByTagName('img');
+  this.items = [];
+  for (var i = 0; i < images.length; i++) {
+    var img = images[i], element = img.canvas || img;
+    var w = element.naturalWidth || element.width, h = element.naturalHeight || element.height;
+    if (!img.state || img.state === 'failed' || !w || !h) continue;
+    var reflected = img.state === 'reflected';
+    if (current && current.img === img) this.offset = this.target = this.items.length;
+    this.items.push({ element: element, img: img, reflected: reflected,
+      ratio: w * (reflected ? 1 + REFLECTION : 1) / h });
+  }
+  var n = this.items.length;
+  this.target = clamp(this.target, 0, n - 1 || 0);
+  this.offset = clamp(this.offset, 0, n - 1 || 0);
+  if (this.bar) this.bar.style.visibility = n > 1 ? 'visible' : 'hidden';
+  this.layout();
+};
+
+// The current picture fits the strip and half its width; the others
+// shrink and darken with distance. Only neighbours are displayed.
+Gallery.prototype.layout = function () {
+  var n = this.items.length, W = this.root.clientWidth;
+  var below = (this.captions ? this.captions.offsetHeight : 0) + (this.bar ? 26 : 0);
+  var H = Math.max(20, this.root.clientHeight - below - 8);
+  this.strip.style.height = H + 'px';
+  if (!n) return this.caption('No pictures to show');
+
+  var top = H * 0.04, tallest = (H - top) / (1 + REFLECTION), step = Math.max(24, W * 0.16);
+  for (var i = 0; i < n; i++) {
+    var item = this.items[i], style = item.element.style, d = i - this.offset, a = Math.abs(d);
+    if (a > SIDE + 1) {
+      style.display = 'none';
+      continue;
+    }
+    var h = Math.min(tallest, W * 0.5 / item.ratio) / (1 + 0.35 * a), w = h * item.ratio;
+    var centre = W / 2 + (a < 1 ? d * step * 1.6 : (d < 0 ? -1 : 1) * step * (0.6 + a));
+    style.display = 'block';
+    style.left = centre - w / 2 + 'px';
+    style.top = top + tallest - h + 'px';  // all pictures stand on one line
+    style.width = w + 'px';
+    style.height = h * (item.reflected ? 1 + REFLECTION : 1) + 'px';
+    style.zIndex = 1000 - Math.round(a * 10);
+    style.filter = a < 0.01 ? '' : 'brightness(' + Math.max(0.3, 1 - 0.3 * a) + ')';
+    style.cursor = a > 0.5 ? 'pointer' : '';
+  }
+  var index = Math.round(this.offset);
+  this.caption(this.items[index].img.alt);
+  if (this.slider && this.bar) {
+    this.slider.style.left = (n > 1 ? this.offset / (n - 1) : 0) * this.bar.clientWidth + 'px';
+  }
+  this.root.setAttribute('aria-label', 'Gallery, picture ' + (index + 1) + ' of ' + n);
+};
+
+Gallery.prototype.caption = function (text) {
+  if (this.captions && this.captions.textContent !== text) this.captions.textContent = text;
+};
+
+// Glides to a position, or jumps there (dragging, reduced motion).
+Gallery.prototype.go = function (position, jump) {
+  var self = this, last = 0;
+  if (!this.items.length) return;
+  this.target = clamp(position, 0, this.items.length - 1);
+  if (jump || calm.matches) {
+    this.offset = this.target;
+    return this.layout();
+  }
+  var tick = function (now) {
+    var diff = self.target - self.offset;
+    self.offset += diff * (1 - Math.exp(-Math.min(64, last ? now - last : 16) / GLIDE));
+    last = now;
+    if (Math.abs(diff) < 0.002) {
+      self.offset = self.target;
+      self.frame = 0;
+    } else {
+      self.frame = requestAnimationFrame(tick);
+    }
+    self.layout();
+  };
+  if (!this.frame) this.frame = requestAnimationFrame(tick);
+};
+
+Gallery.prototype.bind = function () {
+  var self = this, root = this.root, strip = this.strip, bar = this.bar;
+  var at = function () { return Math.round(self.target); };
+  var near = function () { self.go(Math.round(self.offset)); };
+
+  root.addEventListener('keydown', function (e) {
+    var to = {
+      ArrowLeft: at() - 1, ArrowUp: at() - 1, ArrowRight: at() + 1, ArrowDown: at() + 1,
+      PageUp: at() - 5, PageDown: at() + 5, Home: 0, End: self.items.length - 1
+    }[e.key];
+    if (to === undefined || e.altKey || e.ctrlKey || e.metaKey) return;
+    e.preventDefault();
+    self.go(to);
+  });
+
+  // One picture per step; at the ends the page scrolls instead.
+  root.addEventListener('wheel', function (e) {
+    var delta = Math.abs(e.deltaX) > Math.abs(e.deltaY) ? e.deltaX : e.deltaY;
+    delta *= [1, 33, 400][e.deltaMode] || 1;  // pixels, lines or pages
+    if (delta < 0 ? at() <= 0 : at() >= self.items.length - 1) return;
+    e.preventDefault();
+    self.wheel += delta;
+    var steps = (self.wheel < 0 ? Math.ceil : Math.floor)(self.wheel / WHEEL_STEP);
+    if (!steps && Math.abs(delta) >= WHEEL_STEP / 2) steps = delta > 0 ? 1 : -1;
+    if (steps) {
+      self.wheel = 0;
+      self.go(at() + steps);
+    }
+  }, { passive: false });
+
+  // Press the bar to jump, drag to move; release settles on a picture.
+  var drag = false;
+  var follow = function (e) {
+    var box = bar.getBoundingClientRect();
+    self.go(clamp((e.clientX - box.left) / (box.width || 1), 0, 1) * (self.items.length - 1), true);
+  };
+  if (bar) {
+    bar.addEventListener('pointerdown', function (e) {
+      if (e.button) return;
+      drag = true;
+      bar.setPointerCapture(e.pointerId);
+      e.preventDefault();
+      root.focus({ preventScroll: true });
+      follow(e);
+    });
+    bar.addEventListener('pointermove', function (e) { if (drag) follow(e); });
+    ['pointerup', 'pointercancel'].forEach(function (type) {
+      bar.addEventListener(type, function () { if (drag) near(); drag = false; });
+    });
+  }
+
+  // Swipes move the strip; a tap brings a side picture to the middle.
+  var swipe = null;
+  strip.addEventListener('pointerdown', function (e) {
+    if (!e.button) swipe = { x: e.clientX, from: self.offset, moved: false };
+  });
+  strip.addEventListener('pointermove', function (e) {
+    var dx = swipe ? e.clientX - swipe.x : 0;
+    if (!swipe || (!swipe.moved && Math.abs(dx) < 8)) return;
+    if (!swipe.moved) strip.setPointerCapture(e.pointerId);
+    swipe.moved = true;
+    self.go(swipe.from - dx / Math.max(24, root.clientWidth * 0.16), true);
+  });
+  strip.addEventListener('pointerup', function (e) {
+    var tapped = swipe && !swipe.moved;
+    swipe = null;
+    if (!tapped) return near();
+    for (var i = 0; i < self.items.length; i++) {
+      if (self.items[i].element === e.target) self.go(i);
+    }
+  });
+  strip.addEventListener('pointercancel', function () { swipe = null; near(); });
+};
+
+// Starts new galleries; pages adding one later call Slidewave.start().
+function startAll() {
+  var roots = document.querySelectorAll('[id="slidewave"]');
+  for (var i = 0; i < roots.length; i++) {
+    if (!roots[i].gallery) roots[i].gallery = new Gallery(roots[i]);
+  }
+}
+
+window.Slidewave = { start: startAll };
+if (document.readyState === 'loading') document.addEventListener('DOMContentLoaded', startAll);
+else startAll();
+})();
