@@ -85,7 +85,9 @@ void CExtGridPaintManager::DeleteFonts() {
 
 void CExtGridPaintManager::OpenThemes() {
     const ThemeApi* api = ThemeApi::Get();
-    if (!api) return;
+    // Themes draw their pictures for the screen's DPI; at any other DPI the
+    // classic drawing, which scales, looks better.
+    if (!api || m_dpi != ScreenDpi()) return;
     m_buttonTheme = api->OpenThemeData(nullptr, L"BUTTON");
     m_treeTheme = api->OpenThemeData(nullptr, L"TREEVIEW");
     m_comboTheme = api->OpenThemeData(nullptr, L"COMBOBOX");
