@@ -9,7 +9,7 @@ const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
 const { chromium } = require('playwright-core');
-const { freshFolder, writeSite, writePictures, repo } = require('./site');
+const { publishSite, writePictures, repo } = require('./site');
 const { staticServer, phpServer } = require('./servers');
 
 const work = fs.mkdtempSync(path.join(os.tmpdir(), 'slidewave-browser-'));
@@ -78,10 +78,12 @@ function state(page, n = 0) {
 const current = (s) => s.shown.reduce((a, b) => (b.z > a.z ? b : a));
 const settle = (page) => page.waitForTimeout(900);
 
+const pictures = (name, count) => writePictures(path.join(work, `${name}-pictures`), count);
+
 function eightPictureSite(name, options = {}) {
-  const site = freshFolder(path.join(work, name));
-  const images = writePictures(site, options.count);
-  writeSite(site, [{ left: 40, top: 30, width: 760, height: 420, images, reflection: !!options.reflection }]);
+  const images = pictures(name, options.count);
+  const site = publishSite(path.join(work, name),
+    [{ left: 40, top: 30, width: 760, height: 420, pictures: images, reflection: !!options.reflection }]);
   return { site, images };
 }
 
@@ -114,11 +116,10 @@ test('the gallery loads, lays out the strip and shows the first caption', async 
 });
 
 test('keys move the focused gallery only; Home and End reach the ends', async () => {
-  const site = freshFolder(path.join(work, 'two'));
-  const images = writePictures(site);
-  writeSite(site, [
-    { left: 20, top: 10, width: 700, height: 300, images, reflection: false },
-    { left: 20, top: 330, width: 700, height: 300, images: images.slice(0, 4), reflection: false },
+  const images = pictures('two');
+  const site = publishSite(path.join(work, 'two'), [
+    { left: 20, top: 10, width: 700, height: 300, pictures: images },
+    { left: 20, top: 330, width: 700, height: 300, pictures: images.slice(0, 4) },
   ]);
   const g = await open(site);
   try {
@@ -204,12 +205,12 @@ test('the wheel moves one picture per step and a tap brings a side picture forwa
 });
 
 test('a picture that fails to load is left out; no broken image is shown', async () => {
-  const site = freshFolder(path.join(work, 'broken'));
-  const images = writePictures(site, 4);
-  images.splice(2, 0, { file: 'images/missing.png', title: 'Missing' });
-  fs.writeFileSync(path.join(site, 'images', 'garbage.png'), 'not a picture');
-  images.push({ file: 'images/garbage.png', title: 'Garbage' });
-  writeSite(site, [{ left: 0, top: 0, width: 700, height: 360, images, reflection: false }]);
+  const images = pictures('broken', 4);
+  const folder = path.dirname(images[0].path);
+  images.splice(2, 0, { path: path.join(folder, 'Missing.png'), title: 'Missing.png' });
+  fs.writeFileSync(path.join(folder, 'Garbage.png'), 'not a picture');
+  images.push({ path: path.join(folder, 'Garbage.png'), title: 'Garbage.png' });
+  const site = publishSite(path.join(work, 'broken'), [{ left: 0, top: 0, width: 700, height: 360, pictures: images }]);
   const g = await open(site);
   try {
     await g.page.locator('[id="slidewave"]').focus();
@@ -218,7 +219,7 @@ test('a picture that fails to load is left out; no broken image is shown', async
     const s = await state(g.page);
     assert.equal(s.caption, images[4].title);
     assert.ok(s.shown.every((p) => p.natural[0] > 0), 'only loaded pictures are displayed');
-    assert.ok(!s.shown.some((p) => p.alt === 'Missing' || p.alt === 'Garbage'));
+    assert.ok(!s.shown.some((p) => p.alt === 'Missing.png' || p.alt === 'Garbage.png'));
     assert.deepEqual(g.problems, []);
   } finally {
     await g.close();
@@ -226,11 +227,10 @@ test('a picture that fails to load is left out; no broken image is shown', async
 });
 
 test('zero pictures and one picture', async () => {
-  const site = freshFolder(path.join(work, 'few'));
-  const one = writePictures(site, 1);
-  writeSite(site, [
-    { left: 0, top: 0, width: 500, height: 250, images: [], reflection: false },
-    { left: 0, top: 260, width: 500, height: 250, images: one, reflection: false },
+  const one = pictures('few', 1);
+  const site = publishSite(path.join(work, 'few'), [
+    { left: 0, top: 0, width: 500, height: 250, pictures: [] },
+    { left: 0, top: 260, width: 500, height: 250, pictures: one },
   ]);
   const g = await open(site);
   try {

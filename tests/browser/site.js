@@ -1,6 +1,5 @@
 // Builds published gallery sites for the browser tests: pictures drawn here,
-// the payload files and templates taken from the built-in definition, and a
-// page that holds one or more galleries as the host would publish them.
+// published with "pwext publish" as the host publishes a page.
 'use strict';
 
 const fs = require('node:fs');
@@ -83,85 +82,54 @@ const scenes = [
   { title: 'Green valley', w: 300, h: 400, top: [80, 150, 230], horizon: [200, 230, 250], far: [90, 160, 70], near: [50, 120, 40], sun: [0.65, 0.15], sunColour: [255, 250, 200], phase: 5.0 },
 ];
 
-// --- the definition's parts --------------------------------------------------------
+// --- publishing ------------------------------------------------------------------
 
-let definitionCache = null;
-function definition() {
-  if (definitionCache) return definitionCache;
-  const xml = execFileSync(pwext, ['definition'], { encoding: 'latin1', maxBuffer: 1 << 24 });
-  const element = (name) => {
-    const m = xml.match(new RegExp(`<${name}>([^<]*)</${name}>`));
-    return m ? Buffer.from(m[1], 'base64').toString('latin1') : '';
-  };
-  const files = [];
-  for (const m of xml.matchAll(/<FILE filename="([^"]*)" process_file="([^"]*)" >([^<]*)<\/FILE>/g)) {
-    files.push({ name: m[1], processed: m[2] === '1', bytes: Buffer.from(m[3], 'base64') });
-  }
-  definitionCache = { head: element('HTML_HEAD'), body: element('HTML_BODY'), files };
-  return definitionCache;
-}
-
-const defaults = {
-  $backgroundcolor$: '#000000', $textcolor$: '#FFFFFF', $fontname$: 'Arial', $fontsize$: '10',
-};
-
-function substitute(text, values) {
-  for (const [name, value] of Object.entries(values)) text = text.split(name).join(value);
-  return text;
-}
-
-function escapeAttribute(text) {
-  return text.replace(/&/g, '&amp;').replace(/"/g, '&quot;').replace(/</g, '&lt;');
-}
-
-// The markup the gallery template makes for an image list.
-function galleryMarkup(images, reflection) {
-  return images.map((image) => {
-    const src = reflection ? `reflect.php?img=${image.file}` : image.file;
-    return `      <img src="${escapeAttribute(src)}" longdesc="${escapeAttribute(image.file)}" alt="${escapeAttribute(image.title)}" />\n`;
-  }).join('\n');
-}
-
-// Writes a site into folder: payload files, pictures under images/ and
-// index.html with one gallery per entry of galleries:
-//   { left, top, width, height, images: [{ file, title }], reflection }
-function writeSite(folder, galleries, values = {}) {
-  const def = definition();
-  const all = { ...defaults, ...values };
-  for (const file of def.files) {
-    const bytes = file.processed ? Buffer.from(substitute(file.bytes.toString('latin1'), all), 'latin1') : file.bytes;
-    fs.writeFileSync(path.join(folder, file.name), bytes);
-  }
-  const bodies = galleries.map((g) => substitute(def.body, {
-    ...all,
-    $images$: galleryMarkup(g.images, g.reflection),
-    $LEFT$: String(g.left), $TOP$: String(g.top), $WIDTH$: String(g.width), $HEIGHT$: String(g.height),
-    $Z_INDEX$: '1',
-  }));
-  const page = `<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>Slidewave</title>\n${def.head}\n` +
-    `<style>body { margin: 0; background: #2b2d33; font-family: Arial, sans-serif; }</style>\n</head>\n<body>\n${bodies.join('\n')}\n</body>\n</html>\n`;
-  fs.writeFileSync(path.join(folder, 'index.html'), page);
-  return folder;
-}
-
-// An empty folder with an images/ folder in it.
-function freshFolder(folder) {
-  fs.rmSync(folder, { recursive: true, force: true });
-  fs.mkdirSync(path.join(folder, 'images'), { recursive: true });
-  return folder;
-}
-
-// The sample pictures (eight scenes, repeated for more), written into
-// folder/images.
-function writePictures(folder, count = scenes.length) {
-  const images = [];
+// The sample pictures (eight scenes, repeated for more), written into the
+// folder source, named after their scenes. Titles are the file names, as
+// the Files dialog makes them.
+function writePictures(source, count = scenes.length) {
+  fs.mkdirSync(source, { recursive: true });
+  const pictures = [];
   for (let i = 0; i < count; i++) {
     const scene = scenes[i % scenes.length];
-    const file = `images/picture-${i + 1}.png`;
-    fs.writeFileSync(path.join(folder, file), landscape(scene.w, scene.h, scene));
-    images.push({ file, title: i < scenes.length ? scene.title : `${scene.title} ${i + 1}`, width: scene.w, height: scene.h });
+    const name = (i < scenes.length ? scene.title : `${scene.title} ${i + 1}`) + '.png';
+    fs.writeFileSync(path.join(source, name), landscape(scene.w, scene.h, scene));
+    pictures.push({ path: path.join(source, name), title: name, width: scene.w, height: scene.h });
   }
-  return images;
+  return pictures;
 }
 
-module.exports = { freshFolder, writeSite, writePictures, definition, png, repo, pwext };
+// Publishes one gallery with pwext into site (pictures into site/images)
+// and returns the page it wrote. A picture that is missing makes pwext
+// report a failure after writing everything else; that is expected when
+// the list names one on purpose.
+function publish(site, pageName, gallery) {
+  const args = ['publish', site, path.join(site, 'images'), '--page', pageName,
+    '--geometry', [gallery.left, gallery.top, gallery.width, gallery.height].join(',')];
+  if (gallery.pictures.length) args.push('--images', ...gallery.pictures.map((p) => p.path));
+  if (gallery.reflection) args.push('--set', '$enablereflection$=true');
+  try {
+    execFileSync(pwext, args, { stdio: 'pipe' });
+  } catch (e) {
+    if (!gallery.pictures.some((p) => !fs.existsSync(p.path))) throw new Error(String(e.stderr || e));
+  }
+  return fs.readFileSync(path.join(site, pageName), 'latin1');
+}
+
+// Publishes galleries ({ left, top, width, height, pictures, reflection })
+// into a fresh folder site; index.html shows all of them: the page of the
+// first with the bodies of the others added, as a page holding several
+// gallery objects would be.
+function publishSite(site, galleries) {
+  fs.rmSync(site, { recursive: true, force: true });
+  const pages = galleries.map((g, i) => publish(site, `gallery-${i + 1}.html`, g));
+  const bodyOf = (page) => page.slice(page.indexOf('<body>') + 6, page.lastIndexOf('</body>'));
+  const first = pages[0];
+  const index = first.slice(0, first.lastIndexOf('</body>')) + pages.slice(1).map(bodyOf).join('') +
+    first.slice(first.lastIndexOf('</body>'));
+  fs.writeFileSync(path.join(site, 'index.html'), index.replace('</head>',
+    '<style>body { margin: 0; background: #2b2d33; }</style>\r\n</head>'), 'latin1');
+  return site;
+}
+
+module.exports = { publishSite, writePictures, png, repo, pwext };
