@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# The published gallery in headless Chromium (Debian's /usr/bin/chromium,
+# driven by playwright-core; no browser is downloaded). Saves
+# build/screenshots/gallery.png. PWEXT overrides the pwext used to publish.
+set -euo pipefail
+cd "$(dirname "$0")/../../tests/browser"
+if [ ! -d node_modules/playwright-core ]; then
+  PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1 npm ci --no-audit --no-fund --loglevel=error
+fi
+export PWEXT="${PWEXT:-$PWD/../../build/native/bin/pwext}"
+exec node --test --test-concurrency=1 --test-reporter=spec gallery.test.js
