@@ -115,14 +115,6 @@ TEST_F(Publishing, FailuresAreSkippedAndTheWalkGoesOn) {
     EXPECT_EQ(fs.files["C:\\Site\\Images\\/c.jpg"], "C");
 }
 
-TEST_F(Publishing, PublishingTwiceGivesTheSameFiles) {
-    CExtensionEngine engine(Gallery(), Services());
-    engine.CopyFiles("C:\\Site\\", "C:\\Site\\Images\\");
-    auto first = fs.files;
-    engine.CopyFiles("C:\\Site\\", "C:\\Site\\Images\\");
-    EXPECT_EQ(fs.files, first);
-}
-
 TEST(PublishingPosix, UsesSlashAsTheSeparatorForTheSameRules) {
     MemoryFileSystem fs(PathStyle::Posix);
     fs.files["/home/u/pics/a.jpg"] = "A";

@@ -161,13 +161,6 @@ TEST_F(ImageListSubstitution, AValueMentioningItsOwnVariableDoesNotRecurseForeve
     EXPECT_NE(xslt.calls[0].first.find("<TITLE>see </TITLE>"), std::string::npos);
 }
 
-TEST_F(ImageListSubstitution, WithoutATransformerTheMarkupIsEmpty) {
-    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), {});
-    engine.SetValue("$images$", WriteImageList({{"C:\\p\\a.jpg"}}));
-    engine.UpdateHtml(0);
-    EXPECT_EQ(engine.GetHtmlCache(), "<div></div>");
-}
-
 TEST(Substitution, ReadsTheDefinitionTextNotLaterTreeChanges) {
     CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "original"}}}}).Text(), {});
     CXmlElement* property = engine.GetDefinition().GetRoot()->FindChild("PROPERTIES")->FindChild("CATEGORY")

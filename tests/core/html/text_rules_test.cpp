@@ -1,7 +1,6 @@
 // The string rules of HTML generation that touch no file system.
 #include <gtest/gtest.h>
 
-#include "html/attribute_number.h"
 #include "html/color_type.h"
 #include "html/gallery_list.h"
 #include "html/image_list.h"
@@ -37,14 +36,6 @@ TEST(ColorType, ChoosesTheWrittenForm) {
     EXPECT_EQ(ApplyColorType("#FF8000", "\t2\r\n"), "FF8000");
     EXPECT_EQ(ApplyColorType("#FF8000", "blue"), "#FF8000");
     EXPECT_EQ(ApplyColorType("#A#B", "1"), "0xA0xB");
-}
-
-TEST(AttributeNumber, ReadsLikeAtoi) {
-    EXPECT_EQ(AttributeToInt(""), 0);
-    EXPECT_EQ(AttributeToInt("50"), 50);
-    EXPECT_EQ(AttributeToInt("  -7px"), -7);
-    EXPECT_EQ(AttributeToInt("x8"), 0);
-    EXPECT_EQ(AttributeToInt("99999999999999999999"), 2147483647);
 }
 
 TEST(DeclarationStrip, DropsEverythingThroughTheDeclarationEnd) {
