@@ -74,11 +74,11 @@ public:
         std::string_view content;
         bool found = scanner_.NextContent(name, content);
         std::string value = element.GetRawValue();
-        if (found && element.GetChildCount() == 0) {
-            if (content == "\r\n" + std::string(static_cast<std::size_t>(depth), '\t'))
-                value.clear();
-            else if (ascii::Trim(content) == value)
-                value = std::string(content);
+        if (found && element.GetChildCount() == 0 && ascii::Trim(content) == value) {
+            // Keep what the parser trims: a Base64 value's final line break,
+            // or the line break alone that is empty content in Base64. Other
+            // white space is the writer's layout of an element without value.
+            value = value.empty() && content != "\r\n" ? std::string() : std::string(content);
         }
 
         std::string upper = ascii::Upper(name);

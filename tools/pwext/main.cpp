@@ -7,6 +7,12 @@
 
 #include "command.h"
 
+#ifdef _WIN32
+#include <fcntl.h>
+// From the C runtime's <io.h>, which our own io.h hides on the include path.
+extern "C" int __cdecl _setmode(int fd, int mode);
+#endif
+
 namespace pwext {
 
 static std::vector<Command>& Registry() {
@@ -29,6 +35,11 @@ static void PrintHelp(std::ostream& out) {
 }
 
 int main(int argc, char** argv) {
+#ifdef _WIN32
+    // Outputs are bytes (definitions, decoded payloads): no CR LF translation.
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
     std::ios::sync_with_stdio(false);
     if (argc < 2) {
         PrintHelp(std::cerr);
