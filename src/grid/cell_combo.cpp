@@ -71,14 +71,18 @@ void CExtGridCellComboBox::Serialize(CExtGridArchive& ar) {
     if (ar.IsLoading()) {
         m_entries.clear();
         // Every entry needs at least its 4-byte length, which bounds a bad count.
-        for (std::int32_t i = 0; i < count && !ar.Failed() && !ar.AtEnd(); ++i) m_entries.push_back(ar.ReadString());
+        for (std::int32_t i = 0; i < count && !ar.AtEnd(); ++i) {
+            std::string entry = ar.ReadString();
+            if (ar.Failed()) break;
+            m_entries.push_back(entry);
+        }
     } else {
         for (const std::string& entry : m_entries) ar.WriteString(entry);
     }
     std::int32_t selection = m_selection;
     ar.Exchange(selection);
     ar.Exchange(m_listBound);
-    m_selection = selection >= 0 && selection < GetCount() ? selection : -1;
+    if (ar.IsLoading()) m_selection = !ar.Failed() && selection >= 0 && selection < GetCount() ? selection : -1;
 }
 
 CExtGridCell::EditorKind CExtGridCellComboBox::GetEditorKind() const {

@@ -179,7 +179,7 @@ int CExtPropertyGridWnd::SplitterGet() const {
     RECT client{};
     if (m_hwnd) GetClientRect(m_hwnd, &client);
     int width = client.right;
-    int x = static_cast<int>(width * m_splitRatio);
+    int x = static_cast<int>(width * m_splitRatio + 0.5);
     int minimum = m_pm.Scale(40);
     if (width > 2 * minimum) x = std::clamp(x, minimum, width - minimum);
     return x;

@@ -1,0 +1,339 @@
+// Editing every kind of cell in place and the notifications that follow:
+// each change reaches the control's hook and the parent's WM_NOTIFY once;
+// refused and cancelled edits reach neither.
+#include "grid_fixture.h"
+
+#include "grid/color_popup.h"
+
+namespace {
+std::string EditorText(HWND editor) {
+    char text[256] = {};
+    GetWindowTextA(editor, text, sizeof text);
+    return text;
+}
+
+// A file cell whose dialog answers at once.
+class ScriptedFileCell : public CExtGridCellFile {
+public:
+    bool confirm = true;
+    std::string answer;
+protected:
+    bool RunBrowseDialog(HWND, std::string* path) override {
+        if (confirm) *path = answer;
+        return confirm;
+    }
+};
+
+class ScriptedColorCell : public CExtGridCellColor {
+public:
+    COLORREF answer = RGB(1, 2, 3);
+protected:
+    bool RunColorDialog(HWND, COLORREF* color) override {
+        *color = answer;
+        return true;
+    }
+};
+}  // namespace
+
+class GridEditing : public GridFixture {
+protected:
+    void ExpectOneEvent(UINT code, const std::string& name, const std::string& text) {
+        ASSERT_EQ(m_ctrl->hooks.size(), 1u);
+        EXPECT_EQ(m_ctrl->hooks[0].code, code);
+        EXPECT_EQ(m_ctrl->hooks[0].name, name);
+        EXPECT_EQ(m_ctrl->hooks[0].text, text);
+        ASSERT_EQ(ParentEvents().size(), 1u);
+        EXPECT_EQ(ParentEvents()[0].code, code);
+        EXPECT_EQ(ParentEvents()[0].name, name);
+    }
+    void ExpectNoEvents() {
+        EXPECT_TRUE(m_ctrl->hooks.empty());
+        EXPECT_TRUE(ParentEvents().empty());
+    }
+};
+
+TEST_F(GridEditing, F2EditsTextAndEnterCompletesInput) {
+    Focus("Title");
+    Key(VK_F2);
+    ASSERT_TRUE(Rows().IsEditing());
+    HWND editor = Rows().EditorHwnd();
+    EXPECT_EQ(EditorText(editor), "Hello");
+    SetWindowTextA(editor, "World");
+    Key(VK_RETURN, editor);
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "World");
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "World");
+    EXPECT_TRUE(Value("Title")->IsModified());     // painted bold from now on
+}
+
+TEST_F(GridEditing, EscCancelsAndAnUnchangedTextRaisesNothing) {
+    Focus("Title");
+    Key(VK_RETURN);
+    HWND editor = Rows().EditorHwnd();
+    ASSERT_NE(editor, nullptr);
+    SetWindowTextA(editor, "Changed");
+    Key(VK_ESCAPE, editor);
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Hello");
+    Key(VK_F2);
+    Key(VK_RETURN, Rows().EditorHwnd());
+    ExpectNoEvents();
+    EXPECT_FALSE(Value("Title")->IsModified());
+}
+
+TEST_F(GridEditing, TypingStartsAnEditWithTheTypedCharacter) {
+    Focus("Title");
+    Char('Q');
+    ASSERT_TRUE(Rows().IsEditing());
+    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "Q");
+    Char('x', Rows().EditorHwnd());
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Qx");
+}
+
+TEST_F(GridEditing, DeleteStartsAnEmptyText) {
+    Focus("Title");
+    Key(VK_DELETE);
+    ASSERT_TRUE(Rows().IsEditing());
+    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "");
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "");
+}
+
+TEST_F(GridEditing, DeleteIsOfferedToDialogHandlingBeforeTheOwnersAccelerators) {
+    Focus("Title");
+    Key(VK_F2);
+    HWND editor = Rows().EditorHwnd();
+    MSG msg{editor, WM_KEYDOWN, VK_DELETE, 1, 0, {}};
+    EXPECT_TRUE(CExtPropertyGridCtrl::PreTranslateGridMessage(&msg));
+    MSG other{editor, WM_KEYDOWN, 'A', 1, 0, {}};
+    EXPECT_FALSE(CExtPropertyGridCtrl::PreTranslateGridMessage(&other));
+    MSG outside{m_frame, WM_KEYDOWN, VK_DELETE, 1, 0, {}};
+    EXPECT_FALSE(CExtPropertyGridCtrl::PreTranslateGridMessage(&outside));
+}
+
+TEST_F(GridEditing, TabCommitsAndMovesToTheNextEditableValue) {
+    Focus("Title");
+    Key(VK_F2);
+    SetWindowTextA(Rows().EditorHwnd(), "T");
+    Key(VK_TAB, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "T");
+    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Color");
+    EXPECT_TRUE(Rows().IsEditing());
+    Key(VK_ESCAPE, Rows().EditorHwnd());
+}
+
+TEST_F(GridEditing, ClickingAnotherRowCommitsTheEdit) {
+    Focus("Title");
+    Key(VK_F2);
+    SetWindowTextA(Rows().EditorHwnd(), "Clicked away");
+    ClickAt(ValuePoint("Enabled", 200));
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Clicked away");
+    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Enabled");
+}
+
+TEST_F(GridEditing, BooleanTogglesBySpaceDoubleClickAndItsBox) {
+    Focus("Enabled");
+    Char(' ');
+    EXPECT_TRUE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
+    ExpectOneEvent(PGN_VALUEAPPLIED, "Enabled", "true");
+    ClickAt(ValuePoint("Enabled", 10));              // on the box
+    EXPECT_FALSE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
+    ClickAt(ValuePoint("Enabled", 150));             // beside it: selects only
+    EXPECT_FALSE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
+    RECT row;
+    Rows().GetRowRect(RowOf("Enabled"), &row);
+    ClickAt({40, (row.top + row.bottom) / 2}, true);   // double click on the name
+    EXPECT_TRUE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
+    EXPECT_EQ(m_ctrl->hooks.size(), 3u);
+    EXPECT_EQ(ParentEvents().size(), 3u);
+}
+
+TEST_F(GridEditing, ListBoundComboRefusesTextThatIsNoEntry) {
+    Focus("Size");
+    Key(VK_F2);
+    ASSERT_TRUE(Rows().IsEditing());
+    HWND editor = Rows().EditorHwnd();
+    SetWindowTextA(editor, "13");
+    Key(VK_RETURN, editor);
+    EXPECT_TRUE(Rows().IsEditing());                 // refused: the editor stays
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetText(), "10");
+    SetWindowTextA(Rows().EditorHwnd(), "12");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetCurSel(), 2);
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Size", "12");
+}
+
+TEST_F(GridEditing, RefusedTextIsDroppedWhenTheFocusLeaves) {
+    Focus("Size");
+    Key(VK_F2);
+    SetWindowTextA(Rows().EditorHwnd(), "nonsense");
+    Focus("Title");
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetText(), "10");
+    ExpectNoEvents();
+}
+
+TEST_F(GridEditing, PickingFromTheDropDownAppliesTheEntry) {
+    Focus("Align");
+    Rows().ClickButton(0);
+    ASSERT_TRUE(Rows().IsEditing());
+    HWND combo = GetParent(Rows().EditorHwnd()) == RowsHwnd() ? Rows().EditorHwnd() : GetParent(Rows().EditorHwnd());
+    EXPECT_TRUE(SendMessageA(combo, CB_GETDROPPEDSTATE, 0, 0));
+    SendMessageA(combo, CB_SETCURSEL, 2, 0);
+    SendMessageA(RowsHwnd(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELENDOK), reinterpret_cast<LPARAM>(combo));
+    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Right");
+    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetCurSel(), 2);
+    ExpectOneEvent(PGN_VALUEAPPLIED, "Align", "Right");
+    SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
+}
+
+TEST_F(GridEditing, TypingOnADropListPicksTheNextEntryWithThatLetter) {
+    Focus("Align");
+    Char('r');
+    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Right");
+    Char('c');
+    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
+    Char('z');                                       // no entry: nothing changes
+    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
+    EXPECT_EQ(m_ctrl->hooks.size(), 2u);
+}
+
+TEST_F(GridEditing, DoubleClickOnAListStepsToTheNextEntry) {
+    ClickAt(ValuePoint("Align", 0 + 200), false);
+    Key(VK_ESCAPE, Rows().EditorHwnd() ? Rows().EditorHwnd() : RowsHwnd());
+    RECT row;
+    Rows().GetRowRect(RowOf("Align"), &row);
+    ClickAt({40, (row.top + row.bottom) / 2}, true);
+    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
+}
+
+TEST_F(GridEditing, ColourTextIsValidatedWhenTyped) {
+    Focus("Color");
+    Key(VK_F2);
+    SetWindowTextA(Rows().EditorHwnd(), "green");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_TRUE(Rows().IsEditing());
+    SetWindowTextA(Rows().EditorHwnd(), "#00ff00");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), RGB(0, 255, 0));
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Color", "#00FF00");
+}
+
+TEST_F(GridEditing, ColourPopupPicksAPaletteColourByKeyboard) {
+    Focus("Color");                                  // black: the palette's first colour
+    for (WPARAM key : {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
+    Rows().ClickButton(0);                           // returns when the popup closes
+    EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), CExtColorPopup::Palette()[1 + 8]);
+    ExpectOneEvent(PGN_VALUEAPPLIED, "Color", FormatColorText(CExtColorPopup::Palette()[9]));
+    EXPECT_EQ(CExtColorPopup::ActiveWindow(), nullptr);
+}
+
+TEST_F(GridEditing, ColourPopupEscChangesNothing) {
+    Focus("Color");
+    PostMessageA(RowsHwnd(), WM_KEYDOWN, VK_RIGHT, 1);
+    PostMessageA(RowsHwnd(), WM_KEYDOWN, VK_ESCAPE, 1);
+    Rows().ClickButton(0);
+    EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), RGB(0, 0, 0));
+    ExpectNoEvents();
+}
+
+TEST_F(GridEditing, ColourPopupMoreColorsOpensTheColourDialog) {
+    auto* cell = new ScriptedColorCell();
+    cell->SetColor(RGB(0, 0, 0));
+    Value("Color")->ValueActiveSet(cell);
+    Focus("Color");
+    // From the first swatch five rows down reach the command under the palette.
+    for (WPARAM key : {VK_RIGHT, VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN})
+        PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
+    Rows().ClickButton(0);
+    EXPECT_EQ(cell->GetColor(), RGB(1, 2, 3));
+    ExpectOneEvent(PGN_VALUEAPPLIED, "Color", "#010203");
+}
+
+TEST_F(GridEditing, ColourPopupOffersAutomaticOnlyWhenSwitchedOn) {
+    auto* cell = CellOf<CExtGridCellColor>("Color");
+    cell->EnableAutomatic(true, RGB(10, 20, 30));
+    cell->SetColor(RGB(0, 0, 0));
+    Focus("Color");
+    // With the entry shown, Up from the first palette row lands on it.
+    for (WPARAM key : {VK_RIGHT, VK_UP, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
+    Rows().ClickButton(0);
+    EXPECT_EQ(cell->GetColor(), RGB(10, 20, 30));
+    EXPECT_EQ(cell->GetDisplayText(), "Automatic");
+    cell->EnableAutomatic(false);
+    cell->SetColor(RGB(0, 0, 0));
+    for (WPARAM key : {VK_RIGHT, VK_UP, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
+    Rows().ClickButton(0);
+    EXPECT_EQ(cell->GetColor(), RGB(0, 0, 0));       // Up stays in the palette: black again
+}
+
+TEST_F(GridEditing, FileButtonCompletesInputOnlyWhenTheDialogIsConfirmed) {
+    auto* cell = new ScriptedFileCell();
+    cell->SetText("C:\\a.txt");
+    cell->answer = "C:\\b.txt";
+    Value("Path")->ValueActiveSet(cell);
+    Focus("Path");
+    cell->confirm = false;
+    Rows().ClickButton(0);
+    ExpectNoEvents();
+    cell->confirm = true;
+    RECT button = Rows().GetButtonRect(RowOf("Path"), 0);
+    ClickAt({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
+    EXPECT_EQ(cell->GetText(), "C:\\b.txt");
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Path", "C:\\b.txt");
+}
+
+TEST_F(GridEditing, UpDownStepsByButtonsAndArrowsAndRespectsItsHooks) {
+    class Bounded : public CExtGridCellUpDown {
+    public:
+        bool CanStepUp() const override { return GetInt32() < 6; }
+        bool CanStepDown() const override { return GetInt32() > 4; }
+    };
+    auto* cell = new Bounded();
+    cell->SetInt32(5);
+    Value("Count")->ValueActiveSet(cell);
+    Focus("Count");
+    RECT up = Rows().GetButtonRect(RowOf("Count"), 0);
+    ClickAt({(up.left + up.right) / 2, (up.top + up.bottom) / 2});
+    EXPECT_EQ(cell->GetInt32(), 6);
+    ClickAt({(up.left + up.right) / 2, (up.top + up.bottom) / 2});   // at the bound: nothing
+    EXPECT_EQ(cell->GetInt32(), 6);
+    ExpectOneEvent(PGN_VALUEAPPLIED, "Count", "6");
+    Key(VK_F2);
+    ASSERT_TRUE(Rows().IsEditing());
+    Key(VK_DOWN, Rows().EditorHwnd());
+    Key(VK_DOWN, Rows().EditorHwnd());
+    EXPECT_EQ(cell->GetInt32(), 4);
+    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "4");
+    SetWindowTextA(Rows().EditorHwnd(), "abc");     // not a number
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_TRUE(Rows().IsEditing());
+    SetWindowTextA(Rows().EditorHwnd(), "40");      // typed values are not clamped
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(cell->GetInt32(), 40);
+}
+
+TEST_F(GridEditing, ReadOnlyCellsDoNotEdit) {
+    CellOf<CExtGridCellString>("Title")->SetReadOnly(true);
+    Focus("Title");
+    Key(VK_F2);
+    Char('x');
+    Key(VK_DELETE);
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Hello");
+    ExpectNoEvents();
+}
+
+TEST_F(GridEditing, CellsRaiseInputCompleteThroughTheirContext) {
+    // The way cells with their own dialogs report a confirmed value.
+    Focus("Title");
+    CExtGridCellContext context = Rows().ContextForRow(Rows().FocusGet());
+    ASSERT_EQ(context.item, Value("Title"));
+    CellOf<CExtGridCellString>("Title")->SetText("From a dialog");
+    context.InputComplete();
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "From a dialog");
+}
