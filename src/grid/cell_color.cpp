@@ -77,6 +77,7 @@ void CExtGridCellColor::OnButtonClick(const CExtGridCellContext& context, int in
     CExtColorPopup popup;
     popup.SetAutomatic(m_automaticEnabled, m_automaticColor);
     popup.SetCustomCaption(m_customCaption);
+    if (context.grid) popup.SetPaintManager(&context.grid->PaintManager());
     HWND owner = context.grid ? context.grid->GetHwnd() : nullptr;
     POINT at{context.valueRect.left, context.valueRect.bottom};
     if (owner) ClientToScreen(owner, &at);
