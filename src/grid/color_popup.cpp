@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "grid/paint_manager.h"
+#include "grid/window_class.h"
 
 namespace {
 const char kClassName[] = "PwGridColorPopup";
@@ -248,16 +249,7 @@ LRESULT CALLBACK CExtColorPopup::WindowProc(HWND hwnd, UINT message, WPARAM wPar
 
 CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRight, COLORREF current,
                                              COLORREF* picked) {
-    static bool registered = false;
-    if (!registered) {
-        WNDCLASSA wc{};
-        wc.style = CS_DROPSHADOW | CS_SAVEBITS;
-        wc.lpfnWndProc = WindowProc;
-        wc.hInstance = GetModuleHandleA(nullptr);
-        wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
-        wc.lpszClassName = kClassName;
-        registered = RegisterClassA(&wc) != 0;
-    }
+    if (!EnsureGridWindowClass(kClassName, WindowProc, CS_DROPSHADOW | CS_SAVEBITS)) return Result::Cancelled;
     m_current = current;
     m_done = false;
     m_result = Result::Cancelled;
@@ -279,7 +271,7 @@ CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRig
 
     HWND topLevel = owner ? GetAncestor(owner, GA_ROOT) : nullptr;
     m_hwnd = CreateWindowExA(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, kClassName, "", WS_POPUP | WS_BORDER, x, y,
-                             width, height, topLevel, nullptr, GetModuleHandleA(nullptr), this);
+                             width, height, topLevel, nullptr, GridModuleHandle(), this);
     if (!m_hwnd) return Result::Cancelled;
     g_activePopup = m_hwnd;
     ShowWindow(m_hwnd, SW_SHOWNOACTIVATE);

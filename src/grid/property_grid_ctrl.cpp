@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "grid/window_class.h"
+
 namespace {
 const char kClassName[] = "PwPropertyGridCtrl";
 const char kCtrlProperty[] = "PwPropertyGridCtrl";
@@ -24,19 +26,10 @@ CExtPropertyGridCtrl::~CExtPropertyGridCtrl() {
 }
 
 bool CExtPropertyGridCtrl::Create(HWND parent, const RECT& rect, int id) {
-    static bool registered = false;
-    if (!registered) {
-        WNDCLASSA wc{};
-        wc.style = CS_DBLCLKS;
-        wc.lpfnWndProc = StaticProc;
-        wc.hInstance = GetModuleHandleA(nullptr);
-        wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
-        wc.lpszClassName = kClassName;
-        registered = RegisterClassA(&wc) != 0;
-    }
+    if (!EnsureGridWindowClass(kClassName, StaticProc, CS_DBLCLKS)) return false;
     m_hwnd = CreateWindowExA(WS_EX_CONTROLPARENT, kClassName, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPCHILDREN,
                              rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, parent,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), this);
+                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GridModuleHandle(), this);
     return m_hwnd != nullptr;
 }
 

@@ -9,6 +9,7 @@
 #include "grid/cell_combo.h"
 #include "grid/grid_accessible.h"
 #include "grid/inplace_editor.h"
+#include "grid/window_class.h"
 #include "xml/ascii.h"
 
 namespace {
@@ -36,19 +37,10 @@ CExtPropertyGridWnd::~CExtPropertyGridWnd() {
 }
 
 bool CExtPropertyGridWnd::Create(HWND parent, const RECT& rect, int id) {
-    static bool registered = false;
-    if (!registered) {
-        WNDCLASSA wc{};
-        wc.style = CS_DBLCLKS;
-        wc.lpfnWndProc = StaticProc;
-        wc.hInstance = GetModuleHandleA(nullptr);
-        wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
-        wc.lpszClassName = kClassName;
-        registered = RegisterClassA(&wc) != 0;
-    }
+    if (!EnsureGridWindowClass(kClassName, StaticProc, CS_DBLCLKS)) return false;
     m_hwnd = CreateWindowExA(0, kClassName, "", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | WS_CLIPCHILDREN,
                              rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, parent,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), this);
+                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GridModuleHandle(), this);
     return m_hwnd != nullptr;
 }
 

@@ -176,11 +176,12 @@ Options ParseOptions(int argc, char** argv) {
         else if (a == "--modify") o.modify = true;
         else if (a == "--open-colour-popup" || a == "--open-color-popup") o.openColourPopup = true;
         else if (a == "--open-combo") o.openCombo = true;
-        else if (a == "--dpi") o.dpi = std::atoi(next().c_str());
+        else if (a == "--dpi") o.dpi = std::atoi(next().c_str());   // 0 or nonsense: the screen's
         else if (a == "--filter") o.filter = next();
         else if (a == "--select") o.select = next();
         else if (a == "--screenshot") o.screenshot = next();
     }
+    if (o.dpi < 48 || o.dpi > 480) o.dpi = 0;
     return o;
 }
 
