@@ -97,6 +97,7 @@ test('the gallery loads, lays out the strip and shows the first caption', async 
     assert.equal(s.caption, images[0].title);
     assert.equal(s.live, 'polite');
     assert.ok(s.focusable, 'the gallery takes focus');
+    assert.equal(s.label, 'Gallery, picture 1 of 8');
     assert.ok(s.shown.length >= 5, `pictures shown: ${s.shown.length}`);
     for (const p of s.shown) {
       assert.ok(p.natural[0] > 0, `${p.alt} is loaded`);
@@ -178,7 +179,7 @@ test('dragging the slider and clicking the scroll bar move the strip', async () 
   }
 });
 
-test('the wheel moves one picture per step and a tap brings a side picture forward', async () => {
+test('wheel steps, a tap on a side picture and a swipe move the strip', async () => {
   const { site, images } = eightPictureSite('wheel');
   const g = await open(site);
   try {
@@ -199,6 +200,15 @@ test('the wheel moves one picture per step and a tap brings a side picture forwa
     await g.page.mouse.click(box.x + right.x + right.w - 4, box.y + right.y + right.h / 2);
     await settle(g.page);
     assert.equal((await state(g.page)).caption, images[3].title);
+
+    // A swipe to the left by two picture steps (16% of the width each).
+    const y = box.y + box.height / 3;
+    await g.page.mouse.move(box.x + box.width * 0.8, y);
+    await g.page.mouse.down();
+    for (let i = 1; i <= 8; i++) await g.page.mouse.move(box.x + box.width * (0.8 - (0.32 * i) / 8), y);
+    await g.page.mouse.up();
+    await settle(g.page);
+    assert.equal((await state(g.page)).caption, images[5].title);
   } finally {
     await g.close();
   }

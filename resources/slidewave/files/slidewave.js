@@ -8,9 +8,9 @@
 (function () {
 'use strict';
 
-var REFLECTION = 0.5;  // reflection height / picture height (reflect.php)
+var REFLECTION = 0.5;  // reflection height / picture height (as reflect.php)
 var SIDE = 6;          // pictures displayed on each side of the current one
-var TIMEOUT = 20000;   // then start with what has loaded (ms)
+var TIMEOUT = 20000;   // then start with what loaded (ms)
 var GLIDE = 140;       // time constant of the movement (ms)
 var WHEEL_STEP = 100;  // wheel pixels for a picture
 
@@ -38,6 +38,7 @@ Gallery.prototype.prepare = function () {
   root.tabIndex = 0;
   root.setAttribute('role', 'region');
   root.setAttribute('aria-roledescription', 'gallery');
+  root.setAttribute('aria-label', 'Gallery');
   root.style.cssText += ';position:relative;overflow:hidden';
   this.strip.style.cssText += ';position:relative;overflow:hidden;touch-action:pan-y';
   if (this.captions) {
@@ -50,7 +51,7 @@ Gallery.prototype.prepare = function () {
     if (this.slider) this.slider.style.top = '10px';
   }
 
-  // Start when all pictures have loaded or failed, or at the time-out.
+  // Start when all pictures loaded or failed, or at the time-out.
   var images = this.strip.getElementsByTagName('img'), pending = images.length;
   var settle = function () {
     if (--pending <= 0 || self.started) self.start();
@@ -84,7 +85,7 @@ Gallery.prototype.watch = function (img, settle) {
   }
 };
 
-// Draws the original picture and its reflection on a canvas beside the img.
+// Draws the original picture and its reflection on a canvas.
 Gallery.prototype.reflect = function (img, original, settle) {
   var source = new Image();
   source.onerror = function () { img.state = 'failed'; settle(); };
@@ -97,7 +98,7 @@ Gallery.prototype.reflect = function (img, original, settle) {
     g.setTransform(1, 0, 0, -1, 0, 2 * h);  // mirror below the picture
     g.drawImage(source, 0, h - r, w, r, 0, h - r, w, r);
     g.setTransform(1, 0, 0, 1, 0, 0);
-    // The fade of reflect.php: half visible, then the distance squared.
+    // reflect.php's fade: half visible, then distance squared.
     var fade = g.createLinearGradient(0, h, 0, h + r);
     for (var t = 0; t <= 1; t += 0.25) {
       fade.addColorStop(t, 'rgba(0,0,0,' + (1 - 0.5 * (1 - t) * (1 - t)) + ')');
@@ -116,7 +117,7 @@ Gallery.prototype.reflect = function (img, original, settle) {
   source.src = original;
 };
 
-// Lists the loaded pictures (keeping the current one) and lays out.
+// Lists the loaded pictures, keeping the current one, and lays out.
 Gallery.prototype.start = function () {
   var self = this, current = this.items[Math.round(this.target)];
   if (!this.started) {
@@ -222,7 +223,7 @@ Gallery.prototype.bind = function () {
     self.go(to);
   });
 
-  // One picture per step; at the ends the page scrolls instead.
+  // A picture per step; at the ends the page scrolls instead.
   root.addEventListener('wheel', function (e) {
     var delta = Math.abs(e.deltaX) > Math.abs(e.deltaY) ? e.deltaX : e.deltaY;
     delta *= [1, 33, 400][e.deltaMode] || 1;  // pixels, lines or pages
@@ -237,7 +238,7 @@ Gallery.prototype.bind = function () {
     }
   }, { passive: false });
 
-  // Press the bar to jump, drag to move; release settles on a picture.
+  // Press the bar to jump, drag; release settles on a picture.
   var drag = false;
   var follow = function (e) {
     var box = bar.getBoundingClientRect();
@@ -258,7 +259,7 @@ Gallery.prototype.bind = function () {
     });
   }
 
-  // Swipes move the strip; a tap brings a side picture to the middle.
+  // Swipes move the strip; a tap brings a side picture forward.
   var swipe = null;
   strip.addEventListener('pointerdown', function (e) {
     if (!e.button) swipe = { x: e.clientX, from: self.offset, moved: false };
