@@ -1,12 +1,4 @@
 // pwext record write|read: the record an object keeps in the host's project.
-#if defined(_WIN32)
-#include <fcntl.h>
-
-#include <cstdio>
-// From the C run time's <io.h>, which pwext's own io.h hides here.
-extern "C" int __cdecl _setmode(int fd, int mode);
-#endif
-
 #include "command.h"
 #include "extension/project_record.h"
 #include "host_options.h"
@@ -27,11 +19,6 @@ int Write(const Args& args, const HostOptions& options) {
     host.Engine().SetID(id);
     CMemoryByteSink sink;
     host.Engine().StoreRecord(sink);
-#if defined(_WIN32)
-    // The record is binary: no line-end translation on standard output.
-    std::fflush(stdout);
-    _setmode(_fileno(stdout), _O_BINARY);
-#endif
     WriteOutput(sink.Bytes());
     return 0;
 }
