@@ -26,8 +26,11 @@ bool WriteWhole(const std::string& path, const std::string& bytes) {
             return false;
         }
     }
-    std::remove(path.c_str());  // rename does not replace files everywhere
-    return std::rename(temporary.c_str(), path.c_str()) == 0;
+    if (std::rename(temporary.c_str(), path.c_str()) == 0) return true;
+    std::remove(path.c_str());  // where rename does not replace files
+    if (std::rename(temporary.c_str(), path.c_str()) == 0) return true;
+    std::remove(temporary.c_str());
+    return false;
 }
 
 std::string AsCppSource(const std::string& bytes) {

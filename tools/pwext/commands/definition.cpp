@@ -15,6 +15,6 @@ int RunDefinition(const Args& args) {
 
 }  // namespace
 
-PWEXT_COMMAND(definition, "definition", ": print the built-in extension definition (extension.xml)", RunDefinition);
+PWEXT_COMMAND(definition, "definition", "print the built-in extension definition (extension.xml)", RunDefinition);
 
 }  // namespace pwext
