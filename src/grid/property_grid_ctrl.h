@@ -82,6 +82,7 @@ protected:
     void OnGridFocusChanged(CExtPropertyItem* item) override;
     void OnGridInputComplete(CExtPropertyValue& item) override { OnInputComplete(item); }
     void OnGridValueApplied(CExtPropertyValue& item) override { OnValueApplied(item); }
+    void OnGridFindRequested() override { ShowFilter(true); if (m_filterEdit) SetFocus(m_filterEdit); }
 
 private:
     static LRESULT CALLBACK StaticProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);

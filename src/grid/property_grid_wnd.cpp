@@ -82,13 +82,19 @@ void CExtPropertyGridWnd::Rebuild() {
 }
 
 void CExtPropertyGridWnd::TakeDefaults() {
-    // The first time a value is shown its value becomes the one that
-    // "modified" is measured against.
-    for (const Row& row : m_rows)
-        if (row.item->IsValue()) {
-            auto* value = static_cast<CExtPropertyValue*>(row.item);
+    // The value an item has when the grid first reads the store is the one
+    // "modified" is measured against, whether the item is shown yet or not.
+    if (!m_store) return;
+    std::vector<CExtPropertyItem*> pending{m_store};
+    while (!pending.empty()) {
+        CExtPropertyItem* item = pending.back();
+        pending.pop_back();
+        if (item->IsValue()) {
+            auto* value = static_cast<CExtPropertyValue*>(item);
             if (!value->HasDefault()) value->ValueDefaultFromActive();
         }
+        for (int i = 0; i < item->ItemGetCount(); ++i) pending.push_back(item->ItemGetAt(i));
+    }
 }
 
 bool CExtPropertyGridWnd::MatchesFilter(const CExtPropertyItem* item) const {
@@ -745,24 +751,28 @@ void CExtPropertyGridWnd::OnKeyDown(WPARAM key) {
     case VK_OEM_MINUS:
         if (item && item->ItemGetCount() > 0) {
             Expand(m_focus, key == VK_ADD || key == VK_OEM_PLUS);
-            m_swallowChar = true;
+            bool shift = GetKeyState(VK_SHIFT) < 0;
+            m_swallowChar = key == VK_ADD ? '+' : key == VK_SUBTRACT ? '-'
+                          : key == VK_OEM_PLUS ? (shift ? '+' : '=') : (shift ? '_' : '-');
         }
         break;
     case VK_MULTIPLY:
         ExpandAll(true);
-        m_swallowChar = true;
+        m_swallowChar = '*';
         break;
     case VK_DIVIDE:
         ExpandAll(false);
-        m_swallowChar = true;
+        m_swallowChar = '/';
         break;
     case VK_RETURN:
-        m_swallowChar = true;
         if (!item) break;
         if (!item->IsValue()) Expand(m_focus, !item->IsExpanded());
         else if (!BeginEdit()) ToggleFocus();
         break;
     case VK_F2: BeginEdit(); break;
+    case 'F':
+        if (GetKeyState(VK_CONTROL) < 0 && m_events) m_events->OnGridFindRequested();
+        break;
     case VK_F4: ClickButton(0); break;
     case VK_DELETE: {
         // Delete starts a fresh text, to be confirmed with Enter.
@@ -778,10 +788,9 @@ void CExtPropertyGridWnd::OnKeyDown(WPARAM key) {
 }
 
 void CExtPropertyGridWnd::OnChar(WPARAM ch) {
-    if (m_swallowChar) {
-        m_swallowChar = false;
-        return;
-    }
+    char swallow = m_swallowChar;
+    m_swallowChar = 0;
+    if (swallow && static_cast<char>(ch) == swallow) return;
     if (ch < 32 || ch == 127) return;
     CExtPropertyItem* item = FocusItem();
     if (!item) return;

@@ -24,6 +24,8 @@ public:
     virtual void OnGridFocusChanged(CExtPropertyItem* item) {}
     virtual void OnGridInputComplete(CExtPropertyValue& item) {}
     virtual void OnGridValueApplied(CExtPropertyValue& item) {}
+    // Ctrl+F in the rows.
+    virtual void OnGridFindRequested() {}
 };
 
 class CExtPropertyGridWnd {
@@ -149,7 +151,7 @@ private:
     double m_splitRatio = 0.45;
     bool m_draggingSplitter = false;
     int m_pressedButton = -1;
-    bool m_swallowChar = false;      // the WM_CHAR of a key already handled
+    char m_swallowChar = 0;          // the character of a key already handled
     int m_wheelRemainder = 0;
     bool m_toolTipsEnabled = true;
     HWND m_toolTip = nullptr;

@@ -1,0 +1,91 @@
+// What the rows paint: sampled from a bitmap the rows are printed into.
+#include "grid_fixture.h"
+
+class GridPainting : public GridFixture {
+protected:
+    // Prints the rows into a bitmap and returns the colour at a client point.
+    COLORREF PixelAt(POINT point) {
+        RECT client;
+        GetClientRect(RowsHwnd(), &client);
+        HDC screen = GetDC(nullptr);
+        HDC mem = CreateCompatibleDC(screen);
+        HBITMAP bitmap = CreateCompatibleBitmap(screen, client.right, client.bottom);
+        HGDIOBJ old = SelectObject(mem, bitmap);
+        SendMessageA(RowsHwnd(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(mem), PRF_CLIENT);
+        COLORREF color = GetPixel(mem, point.x, point.y);
+        SelectObject(mem, old);
+        DeleteObject(bitmap);
+        DeleteDC(mem);
+        ReleaseDC(nullptr, screen);
+        return color;
+    }
+    POINT SwatchCenter(const std::string& name) {
+        RECT value = Rows().GetValueRect(RowOf(name));
+        int left = value.left + m_ctrl->PaintManager().Scale(4);
+        return {left + m_ctrl->PaintManager().Scale(10), (value.top + value.bottom) / 2};
+    }
+};
+
+TEST_F(GridPainting, ColourSwatchShowsTheCellsColour) {
+    CellOf<CExtGridCellColor>("Color")->SetColor(RGB(200, 30, 60));
+    EXPECT_EQ(PixelAt(SwatchCenter("Color")), RGB(200, 30, 60));
+}
+
+TEST_F(GridPainting, FocusRowNameIsHighlightedAndOthersAreNot) {
+    Focus("Title");
+    SetFocus(RowsHwnd());
+    RECT title;
+    Rows().GetRowRect(RowOf("Title"), &title);
+    RECT color;
+    Rows().GetRowRect(RowOf("Color"), &color);
+    int x = Rows().SplitterGet() - 4;   // right end of the name column, past any text
+    EXPECT_EQ(PixelAt({x, (title.top + title.bottom) / 2}), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(PixelAt({x, (color.top + color.bottom) / 2}), GetSysColor(COLOR_WINDOW));
+}
+
+TEST_F(GridPainting, RowsAndSwatchesScaleWithTheDpi) {
+    int rowAt96 = m_ctrl->PaintManager().RowHeight();
+    m_ctrl->SetDpi(144);
+    int rowAt144 = m_ctrl->PaintManager().RowHeight();
+    EXPECT_GE(rowAt144 * 96, rowAt96 * 144 * 9 / 10);   // about half as high again
+    RECT row;
+    Rows().GetRowRect(1, &row);
+    EXPECT_EQ(row.bottom - row.top, rowAt144);
+    CellOf<CExtGridCellColor>("Color")->SetColor(RGB(10, 200, 10));
+    EXPECT_EQ(PixelAt(SwatchCenter("Color")), RGB(10, 200, 10));
+    m_ctrl->SetDpi(96);
+}
+
+TEST_F(GridPainting, WheelScrollsWhenTheRowsDoNotFit) {
+    SetWindowPos(m_ctrl->GetHwnd(), nullptr, 0, 0, 400, 160, SWP_NOZORDER | SWP_NOMOVE);
+    ASSERT_LT(Rows().VisibleRowCount(), Rows().RowCount());
+    SendMessageA(RowsHwnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+    EXPECT_GT(Rows().GetTopRow(), 0);
+    SendMessageA(RowsHwnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(WHEEL_DELTA * 5)), 0);
+    EXPECT_EQ(Rows().GetTopRow(), 0);
+    for (int i = 0; i < 20; ++i)
+        SendMessageA(RowsHwnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+    EXPECT_EQ(Rows().GetTopRow() + Rows().VisibleRowCount(), Rows().RowCount());   // never past the end
+}
+
+TEST_F(GridPainting, ChangedValuesAreMarkedUntilTheyAreBack) {
+    // Marked values are painted in bold.
+    EXPECT_FALSE(Value("Title")->IsModified());
+    CellOf<CExtGridCellString>("Title")->SetText("Other");
+    EXPECT_TRUE(Value("Title")->IsModified());
+    CellOf<CExtGridCellString>("Title")->SetText("Hello");
+    EXPECT_FALSE(Value("Title")->IsModified());
+}
+
+TEST_F(GridPainting, ValuesInCollapsedCategoriesGetTheirBaselineToo) {
+    auto* hidden = new CExtPropertyCategory("Hidden");
+    hidden->SetExpanded(false);
+    m_store->ItemInsert(hidden);
+    auto* value = new CExtPropertyValue("Secret");
+    hidden->ItemInsert(value);
+    value->ValueActiveGetByRTC<CExtGridCellString>()->SetText("a");
+    m_ctrl->PropertyStoreSynchronize();
+    value->ValueActiveGet()->SetText("b");
+    Rows().Expand(RowOf("Hidden"), true);
+    EXPECT_TRUE(value->IsModified());
+}
