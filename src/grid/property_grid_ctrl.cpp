@@ -1,5 +1,6 @@
 #include "grid/property_grid_ctrl.h"
 
+#include <commctrl.h>
 #include <windowsx.h>
 
 #include <algorithm>
@@ -57,6 +58,26 @@ void CExtPropertyGridCtrl::CreateChildren() {
     SetPropA(m_filterEdit, kCtrlProperty, this);
     m_filterOldProc = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(m_filterEdit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(FilterProc)));
+    if (m_toolTipsEnabled) CreateToolbarTips();
+}
+
+void CExtPropertyGridCtrl::CreateToolbarTips() {
+    INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&icc);
+    m_toolbarTips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
+                                    0, 0, 0, 0, m_hwnd, nullptr, GetModuleHandleA(nullptr), nullptr);
+    if (!m_toolbarTips) return;
+    const char* captions[kToolbarButtons] = {"Categorized", "Alphabetical", "Filter (Ctrl+F)"};
+    for (int b = 0; b < kToolbarButtons; ++b) {
+        TTTOOLINFOA tool{};
+        tool.cbSize = TTTOOLINFOA_V1_SIZE;
+        tool.uFlags = TTF_SUBCLASS;
+        tool.hwnd = m_hwnd;
+        tool.uId = static_cast<UINT_PTR>(b + 1);
+        tool.rect = GetToolbarButtonRect(b);
+        tool.lpszText = const_cast<char*>(captions[b]);
+        SendMessageA(m_toolbarTips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+    }
 }
 
 // ---- stores -------------------------------------------------------------------------
@@ -103,6 +124,12 @@ void CExtPropertyGridCtrl::ShowTipBar(bool show) {
 void CExtPropertyGridCtrl::EnableToolTips(bool enable) {
     m_toolTipsEnabled = enable;
     m_grid->EnableToolTips(enable);
+    if (!enable && m_toolbarTips) {
+        DestroyWindow(m_toolbarTips);
+        m_toolbarTips = nullptr;
+    } else if (enable && !m_toolbarTips && m_hwnd) {
+        CreateToolbarTips();
+    }
 }
 
 void CExtPropertyGridCtrl::SetDpi(int dpi) {
@@ -178,6 +205,16 @@ void CExtPropertyGridCtrl::Layout() {
         SetWindowPos(m_filterEdit, nullptr, left, y + (toolbarHeight - height) / 2,
                      (std::max)(0, static_cast<int>(client.right) - left - m_pm.Scale(3)), height,
                      SWP_NOZORDER | SWP_NOACTIVATE | (m_filterShown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+    }
+    if (m_toolbarTips) {
+        for (int b = 0; b < kToolbarButtons; ++b) {
+            TTTOOLINFOA tool{};
+            tool.cbSize = TTTOOLINFOA_V1_SIZE;
+            tool.hwnd = m_hwnd;
+            tool.uId = static_cast<UINT_PTR>(b + 1);
+            tool.rect = GetToolbarButtonRect(b);
+            SendMessageA(m_toolbarTips, TTM_NEWTOOLRECTA, 0, reinterpret_cast<LPARAM>(&tool));
+        }
     }
     y += toolbarHeight;
     if (m_tipHeight <= 0) m_tipHeight = 3 * m_pm.TextHeight() + m_pm.Scale(14);
@@ -358,6 +395,7 @@ LRESULT CALLBACK CExtPropertyGridCtrl::StaticProc(HWND hwnd, UINT message, WPARA
     if (message == WM_NCDESTROY) {
         self->m_hwnd = nullptr;
         self->m_filterEdit = nullptr;
+        self->m_toolbarTips = nullptr;
         SetWindowLongPtrA(hwnd, GWLP_USERDATA, 0);
         return DefWindowProcA(hwnd, message, wParam, lParam);
     }

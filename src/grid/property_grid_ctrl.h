@@ -95,6 +95,7 @@ private:
     int ToolbarHitTest(POINT point) const;
     void PressToolbarButton(int button);
     void SendNotify(UINT code, CExtPropertyValue& item);
+    void CreateToolbarTips();
     static LRESULT CALLBACK FilterProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
     CExtGridPaintManager m_pm;
@@ -102,6 +103,7 @@ private:
     CExtPropertyGridComboBoxBar m_comboBar;
     HWND m_hwnd = nullptr;
     HWND m_filterEdit = nullptr;
+    HWND m_toolbarTips = nullptr;
     WNDPROC m_filterOldProc = nullptr;
     bool m_filterShown = false;
     bool m_tipShown = true;
