@@ -252,11 +252,13 @@ void CExtPropertyGridCtrl::PressToolbarButton(int button) {
 }
 
 void CExtPropertyGridCtrl::PaintToolbarGlyph(HDC dc, int button, const RECT& rect) {
-    // Glyphs are drawn on a 16-unit square scaled to the DPI, so they stay sharp.
-    int unit = (std::max)(1, m_pm.Scale(1));
-    int ox = (rect.left + rect.right) / 2 - 8 * unit, oy = (rect.top + rect.bottom) / 2 - 8 * unit;
+    // Glyphs are laid out on a 16-unit square scaled to the DPI and drawn
+    // with whole pixels, so they stay sharp at every size.
+    int size = m_pm.Scale(16);
+    int ox = (rect.left + rect.right - size) / 2, oy = (rect.top + rect.bottom - size) / 2;
+    auto at = [&](int units) { return MulDiv(units, size, 16); };
     auto box = [&](int x, int y, int w, int h, COLORREF color) {
-        RECT r{ox + x * unit, oy + y * unit, ox + (x + w) * unit, oy + (y + h) * unit};
+        RECT r{ox + at(x), oy + at(y), ox + (std::max)(at(x + w), at(x) + 1), oy + (std::max)(at(y + h), at(y) + 1)};
         CExtGridPaintManager::FillSolid(dc, r, color);
     };
     COLORREF ink = GetSysColor(COLOR_BTNTEXT);
@@ -274,27 +276,26 @@ void CExtPropertyGridCtrl::PaintToolbarGlyph(HDC dc, int button, const RECT& rec
     } else if (button == 1) {
         // "A" above "Z" and an arrow pointing down.
         LOGFONTA lf{};
-        lf.lfHeight = -7 * unit - 1;
+        lf.lfHeight = -at(7) - 1;
         lf.lfWeight = FW_BOLD;
         lstrcpyA(lf.lfFaceName, "Arial");
         HFONT font = CreateFontIndirectA(&lf);
         HGDIOBJ old = SelectObject(dc, font);
         SetBkMode(dc, TRANSPARENT);
         SetTextColor(dc, accent);
-        RECT a{ox, oy, ox + 9 * unit, oy + 8 * unit};
+        RECT a{ox, oy, ox + at(9), oy + at(8)};
         DrawTextA(dc, "A", 1, &a, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
         SetTextColor(dc, ink);
-        RECT z{ox, oy + 8 * unit, ox + 9 * unit, oy + 16 * unit};
+        RECT z{ox, oy + at(8), ox + at(9), oy + at(16)};
         DrawTextA(dc, "Z", 1, &z, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
         SelectObject(dc, old);
         DeleteObject(font);
         box(12, 2, 1, 11, ink);
         for (int i = 0; i < 3; ++i) box(12 - i, 12 - i, 1 + 2 * i, 1, ink);
     } else {
-        // A funnel.
-        for (int i = 0; i < 5; ++i) box(2 + i, 2 + i, 12 - 2 * i, 1, ink);
-        box(7, 7, 2, 6, ink);
-        box(3, 3, 10, 1, GetSysColor(COLOR_3DFACE));
+        // A funnel: a cone narrowing to a short spout.
+        for (int i = 0; i < 6; ++i) box(1 + i, 3 + i, 14 - 2 * i, 1, i == 0 ? accent : ink);
+        box(7, 9, 2, 5, ink);
     }
 }
 

@@ -93,13 +93,12 @@ LRESULT CALLBACK MainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_CREATE: {
         g_grid = new CExtPropertyGridCtrl();
-        if (g_options.dpi) g_grid->PaintManager().SetDpi(g_options.dpi);
         g_grid->Create(hwnd, RECT{0, 0, 100, 100}, kGridId);
+        if (g_options.dpi) g_grid->SetDpi(g_options.dpi);
         g_status = CreateWindowExA(0, "STATIC", "Change a value to see the notifications here.",
                                    WS_CHILD | WS_VISIBLE | SS_LEFTNOWORDWRAP | SS_NOPREFIX, 0, 0, 10, 10, hwnd, nullptr,
                                    GetModuleHandleA(nullptr), nullptr);
         SendMessageA(g_status, WM_SETFONT, reinterpret_cast<WPARAM>(g_grid->PaintManager().NormalFont()), FALSE);
-        if (g_options.dpi) g_grid->SetDpi(g_options.dpi);
         g_store.reset(BuildDemoStore());
         CExtPropertyGridComboBoxBar& bar = g_grid->GetComboBar();
         bar.PropertyStoreInsert(g_store.get());
