@@ -76,7 +76,11 @@ function state(page, n = 0) {
 }
 
 const current = (s) => s.shown.reduce((a, b) => (b.z > a.z ? b : a));
-const settle = (page) => page.waitForTimeout(900);
+// Waits until every gallery has finished gliding (the script keeps its state
+// on the gallery element).
+const settle = (page) => page.waitForFunction(
+  () => [...document.querySelectorAll('[id="slidewave"]')].every((r) => r.gallery && !r.gallery.frame),
+  null, { timeout: 5000, polling: 50 });
 
 const pictures = (name, count) => writePictures(path.join(work, `${name}-pictures`), count);
 
@@ -286,7 +290,8 @@ test('a resized gallery lays the strip out again', async () => {
       root.style.width = '400px';
       root.style.height = '260px';
     });
-    await settle(g.page);
+    // Resize observers report before the next frame is painted.
+    await g.page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
     const s = await state(g.page);
     const now = current(s);
     assert.ok(now.h < before.h, 'the current picture shrinks with the gallery');
