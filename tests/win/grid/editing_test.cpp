@@ -337,3 +337,80 @@ TEST_F(GridEditing, CellsRaiseInputCompleteThroughTheirContext) {
     context.InputComplete();
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "From a dialog");
 }
+
+class GridEditingMoreKinds : public GridEditing {
+protected:
+    void SetUp() override {
+        GridEditing::SetUp();
+        auto* more = new CExtPropertyCategory("More");
+        m_store->ItemInsert(more);
+        auto add = [&](const char* name) {
+            auto* value = new CExtPropertyValue(name);
+            more->ItemInsert(value);
+            return value;
+        };
+        add("Secret")->ValueActiveGetByRTC<CExtGridCellPassword>()->SetText("pw");
+        add("Ratio")->ValueActiveGetByRTC<CExtGridCellVariant>()->SetDouble(1.5);
+        add("Heading")->ValueActiveGetByRTC<CExtGridCellHeader>()->SetText("Fixed");
+        add("Face")->ValueActiveGetByRTC<CExtGridCellFontName>();
+        m_ctrl->PropertyStoreSynchronize();
+    }
+};
+
+TEST_F(GridEditingMoreKinds, PasswordsAreEditedHidden) {
+    Focus("Secret");
+    EXPECT_EQ(CellOf<CExtGridCellPassword>("Secret")->GetDisplayText(), "**");
+    Key(VK_F2);
+    ASSERT_TRUE(Rows().IsEditing());
+    EXPECT_TRUE(GetWindowLongA(Rows().EditorHwnd(), GWL_STYLE) & ES_PASSWORD);
+    SetWindowTextA(Rows().EditorHwnd(), "new one");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellPassword>("Secret")->GetText(), "new one");
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Secret", "new one");
+}
+
+TEST_F(GridEditingMoreKinds, VariantsKeepTheirTypeWhenEdited) {
+    Focus("Ratio");
+    Key(VK_F2);
+    SetWindowTextA(Rows().EditorHwnd(), "two");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_TRUE(Rows().IsEditing());                 // not a number
+    SetWindowTextA(Rows().EditorHwnd(), "2.25");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    auto* cell = CellOf<CExtGridCellVariant>("Ratio");
+    EXPECT_EQ(cell->GetType(), CExtGridCellVariant::Type::Double);
+    EXPECT_EQ(cell->GetDouble(), 2.25);
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Ratio", "2.25");
+}
+
+TEST_F(GridEditingMoreKinds, HeadingsCannotBeEdited) {
+    Focus("Heading");
+    Key(VK_F2);
+    Key(VK_RETURN);
+    Char('x');
+    Key(VK_DELETE);
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellHeader>("Heading")->GetText(), "Fixed");
+    ExpectNoEvents();
+}
+
+TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOnes) {
+    auto* cell = CellOf<CExtGridCellFontName>("Face");
+    std::vector<std::string> faces = cell->GetListEntries();
+    ASSERT_FALSE(faces.empty());
+    for (std::size_t i = 0; i < faces.size(); ++i) {
+        EXPECT_NE(faces[i][0], '@');
+        if (i) {
+            EXPECT_LT(faces[i - 1], faces[i]);
+        }
+    }
+    Focus("Face");
+    Rows().ClickButton(0);                           // the list drops in the in-place combo box
+    ASSERT_TRUE(Rows().IsEditing());
+    HWND combo = GetParent(Rows().EditorHwnd());
+    EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), static_cast<LRESULT>(faces.size()));
+    SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
+    SetWindowTextA(Rows().EditorHwnd(), faces.back().c_str());
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(cell->GetText(), faces.back());
+}
