@@ -183,6 +183,23 @@ int CExtPropertyGridWnd::SplitterGet() const {
     return x;
 }
 
+void CExtPropertyGridWnd::FitSplitterToNames() {
+    if (!m_hwnd) return;
+    HDC dc = GetDC(m_hwnd);
+    HGDIOBJ old = SelectObject(dc, m_pm.NormalFont());
+    int widest = 0;
+    for (int row = 0; row < RowCount(); ++row) {
+        if (!m_rows[row].item->IsValue()) continue;
+        const std::string& name = m_rows[row].item->NameGet();
+        SIZE extent{};
+        GetTextExtentPoint32A(dc, name.c_str(), static_cast<int>(name.size()), &extent);
+        widest = (std::max)(widest, NameLeft(row) + static_cast<int>(extent.cx));
+    }
+    SelectObject(dc, old);
+    ReleaseDC(m_hwnd, dc);
+    if (widest > 0) SplitterSet(widest + m_pm.Scale(8));
+}
+
 void CExtPropertyGridWnd::SplitterSet(int x) {
     RECT client{};
     if (m_hwnd) GetClientRect(m_hwnd, &client);
@@ -832,6 +849,10 @@ void CExtPropertyGridWnd::OnLButtonDown(POINT point, bool doubleClick) {
     int split = SplitterGet();
     if (std::abs(point.x - split) <= m_pm.Scale(3) && HitTestRow(point) >= 0 &&
         !(RowItem(HitTestRow(point)) && RowItem(HitTestRow(point))->IsCategory())) {
+        if (doubleClick) {
+            FitSplitterToNames();
+            return;
+        }
         m_draggingSplitter = true;
         SetCapture(m_hwnd);
         return;

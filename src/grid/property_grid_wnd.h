@@ -80,6 +80,8 @@ public:
 
     int SplitterGet() const;
     void SplitterSet(int x);
+    // Puts the splitter just right of the widest name (a double click on it).
+    void FitSplitterToNames();
 
     // ---- editing ----
     // Opens the focus row's editor; initialText replaces the value (typing).

@@ -205,3 +205,18 @@ TEST_F(GridNavigation, TheComboBarChoosesTheStore) {
     m_ctrl->PropertyStoreSynchronize();
     bar.PropertyStoreRemoveAll();
 }
+
+TEST_F(GridNavigation, DoubleClickOnTheSplitterFitsItToTheNames) {
+    Rows().SplitterSet(300);
+    int split = Rows().SplitterGet();
+    RECT row;
+    Rows().GetRowRect(RowOf("Title"), &row);
+    LPARAM at = MAKELPARAM(split, (row.top + row.bottom) / 2);
+    SendMessageA(RowsHwnd(), WM_LBUTTONDOWN, MK_LBUTTON, at);
+    SendMessageA(RowsHwnd(), WM_LBUTTONUP, 0, at);
+    SendMessageA(RowsHwnd(), WM_LBUTTONDBLCLK, MK_LBUTTON, at);
+    SendMessageA(RowsHwnd(), WM_LBUTTONUP, 0, at);
+    int fitted = Rows().SplitterGet();
+    EXPECT_LT(fitted, 150);                          // the names here are short
+    EXPECT_GT(fitted, 40);
+}
