@@ -144,6 +144,8 @@ ManifestElement ParseManifest(std::string_view text) {
             CheckName(lineNumber, element.name, true);
             element.value = ParseValue(lineNumber, content.substr(close + 1));
             element.line = lineNumber;
+            if (open.size() >= static_cast<std::size_t>(kMaxNesting))
+                Fail(lineNumber, "elements nested more than " + std::to_string(kMaxNesting) + " levels deep");
             ManifestElement* added;
             if (open.empty()) {
                 if (root) Fail(lineNumber, "a second top-level element [" + element.name + "]; there is one root");

@@ -34,6 +34,10 @@
 
 namespace definition {
 
+// Definitions are a few levels deep; deeper nesting is refused so that the
+// recursive walks over the tree stay far from the stack's limit.
+inline constexpr int kMaxNesting = 256;
+
 // A manifest or definition that cannot be used; what() is one line.
 struct DefinitionError : std::runtime_error {
     using std::runtime_error::runtime_error;

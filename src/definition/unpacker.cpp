@@ -68,6 +68,8 @@ public:
     explicit Unpacker(std::string_view xml) : scanner_(xml) {}
 
     ManifestElement Element(CXmlElement& element, const std::string& name, int depth, const std::string& folder) {
+        if (depth >= kMaxNesting)
+            throw DefinitionError("elements nested more than " + std::to_string(kMaxNesting) + " levels deep");
         ManifestElement out;
         out.name = name;
 

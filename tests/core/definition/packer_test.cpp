@@ -187,6 +187,15 @@ TEST(Unpack, AHandWrittenDefinitionUnpacksToAnEquivalentOne) {
     EXPECT_EQ(after.GetRoot()->FindChild("X")->GetAttribute("a"), "1");
 }
 
+TEST(Unpack, DeepNestingIsRefusedNotOverflowingTheStack) {
+    std::string deep = "<EXTENSION>";
+    for (int i = 0; i < 100000; ++i) deep += "<FOLDER>";
+    EXPECT_THROW(definition::UnpackDefinition(deep), DefinitionError);
+    std::string manifest;
+    for (int i = 0; i < 300; ++i) manifest += std::string(static_cast<std::size_t>(i), ' ') + "[E]\n";
+    EXPECT_THROW(definition::ParseManifest(manifest), DefinitionError);
+}
+
 TEST(Unpack, RefusesTextThatIsNoDefinition) {
     EXPECT_THROW(definition::UnpackDefinition(""), DefinitionError);
     EXPECT_THROW(definition::UnpackDefinition("  \r\n"), DefinitionError);

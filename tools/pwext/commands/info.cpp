@@ -56,13 +56,14 @@ std::string BitmapSummary(const std::string& bytes) {
            std::to_string(little(28, 2)) + "-bit";
 }
 
-void DescribeFiles(CXmlElement& parent, const std::string& folder, std::string& out) {
+void DescribeFiles(CXmlElement& parent, const std::string& folder, std::string& out, int depth = 0) {
+    if (depth >= definition::kMaxNesting) throw Failure{"info: folders nested too deep"};
     for (std::size_t i = 0; i < parent.GetChildCount(); ++i) {
         CXmlElement& child = *parent.GetChild(i);
         if (ascii::EqualsNoCase(child.GetName(), "FOLDER")) {
             std::string path = folder + child.GetAttribute("name") + "/";
             out += "  " + path + "\n";
-            DescribeFiles(child, path, out);
+            DescribeFiles(child, path, out, depth + 1);
         } else if (ascii::EqualsNoCase(child.GetName(), "FILE")) {
             std::string size = std::to_string(Decoded(child).size());
             out += "  " + Padded(folder + child.GetAttribute("filename"), 20) + " " +
