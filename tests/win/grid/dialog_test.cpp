@@ -1,0 +1,143 @@
+// The grid inside a dialog, keys passing through the dialog manager the way a
+// modal dialog's loop passes them: Enter and Esc belong to an open editor,
+// not to the dialog's OK and Cancel buttons.
+#include "grid_fixture.h"
+
+namespace {
+
+std::vector<int> g_commands;
+
+INT_PTR CALLBACK DialogProc(HWND, UINT message, WPARAM wParam, LPARAM) {
+    if (message == WM_INITDIALOG) return TRUE;
+    if (message == WM_COMMAND && (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL)) {
+        g_commands.push_back(LOWORD(wParam));
+        return TRUE;
+    }
+    return FALSE;
+}
+
+// A dialog template in memory: an OK button, a Cancel button and a
+// placeholder static control with id 1001.
+std::vector<WORD> DialogTemplate() {
+    std::vector<WORD> t;
+    auto align = [&]() { if (t.size() % 2) t.push_back(0); };   // to a DWORD boundary
+    auto dword = [&](DWORD v) { t.push_back(LOWORD(v)); t.push_back(HIWORD(v)); };
+    auto text = [&](const wchar_t* s) { for (; *s; ++s) t.push_back(*s); t.push_back(0); };
+    dword(WS_POPUP | WS_CAPTION | DS_SETFONT);
+    dword(0);
+    t.push_back(3);
+    for (short v : {0, 0, 300, 286}) t.push_back(static_cast<WORD>(v));
+    t.push_back(0);                 // no menu
+    t.push_back(0);                 // default class
+    text(L"Properties");
+    t.push_back(8);
+    text(L"MS Sans Serif");
+    struct Item { DWORD style; short x, y, w, h; WORD id; WORD cls; const wchar_t* caption; };
+    const Item items[] = {
+        {WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, 190, 266, 50, 14, IDOK, 0x0080, L"OK"},
+        {WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 244, 266, 50, 14, IDCANCEL, 0x0080, L"Cancel"},
+        {WS_CHILD | WS_VISIBLE | WS_TABSTOP, 5, 5, 289, 246, 1001, 0x0082, L"Custom1"},
+    };
+    for (const Item& item : items) {
+        align();
+        dword(item.style);
+        dword(0);
+        for (short v : {item.x, item.y, item.w, item.h}) t.push_back(static_cast<WORD>(v));
+        t.push_back(item.id);
+        t.push_back(0xFFFF);
+        t.push_back(item.cls);
+        text(item.caption);
+        t.push_back(0);
+    }
+    return t;
+}
+
+}  // namespace
+
+class GridInDialog : public GridFixture {
+protected:
+    void SetUp() override {
+        GridFixture::SetUp();
+        g_commands.clear();
+        std::vector<WORD> t = DialogTemplate();
+        m_dialog = CreateDialogIndirectParamA(GetModuleHandleA(nullptr), reinterpret_cast<LPCDLGTEMPLATEA>(t.data()),
+                                              nullptr, DialogProc, 0);
+        ASSERT_NE(m_dialog, nullptr);
+        m_dialogGrid = std::make_unique<RecordingGridCtrl>();
+        ASSERT_TRUE(m_dialogGrid->CreateInPlaceOf(m_dialog, 1001));
+        m_dialogGrid->GetComboBar().PropertyStoreInsert(m_store.get());
+        SendMessageA(m_dialogGrid->GetComboBar().GetHwnd(), CB_SETCURSEL, 0, 0);
+        m_dialogGrid->GetComboBar().Show(false);
+        m_dialogGrid->PropertyStoreSynchronize();
+        m_dialogGrid->EnableToolTips(false);
+        SetFocus(m_dialogGrid->GetGrid().GetHwnd());
+    }
+    void TearDown() override {
+        if (m_dialog) DestroyWindow(m_dialog);
+        m_dialogGrid.reset();
+        GridFixture::TearDown();
+    }
+    // Passes a key the way a dialog's message loop does.
+    void DialogKey(HWND target, WPARAM key) {
+        MSG msg{target, WM_KEYDOWN, key, 1, 0, {}};
+        if (!CExtPropertyGridCtrl::PreTranslateGridMessage(&msg) && !IsDialogMessageA(m_dialog, &msg)) {
+            TranslateMessage(&msg);
+            DispatchMessageA(&msg);
+        }
+        PumpMessages();
+    }
+    CExtPropertyGridWnd& DialogRows() { return m_dialogGrid->GetGrid(); }
+
+    HWND m_dialog = nullptr;
+    std::unique_ptr<RecordingGridCtrl> m_dialogGrid;
+};
+
+TEST_F(GridInDialog, TakesThePlaceAndIdOfThePlaceholder) {
+    EXPECT_EQ(GetDlgItem(m_dialog, 1001), m_dialogGrid->GetHwnd());
+    RECT rect;
+    GetWindowRect(m_dialogGrid->GetHwnd(), &rect);
+    EXPECT_GT(rect.right - rect.left, 300);
+    EXPECT_EQ(DialogRows().RowCount(), 9);
+}
+
+TEST_F(GridInDialog, EnterOnARowEditsAndEnterInTheEditorCommitsWithoutOk) {
+    DialogRows().FocusSet(1);   // Title
+    DialogKey(DialogRows().GetHwnd(), VK_RETURN);
+    ASSERT_TRUE(DialogRows().IsEditing());
+    SetWindowTextA(DialogRows().EditorHwnd(), "Typed");
+    DialogKey(DialogRows().EditorHwnd(), VK_RETURN);
+    EXPECT_FALSE(DialogRows().IsEditing());
+    EXPECT_EQ(Value("Title")->ValueActiveGet()->GetText(), "Typed");
+    EXPECT_TRUE(g_commands.empty());
+    ASSERT_EQ(m_dialogGrid->hooks.size(), 1u);
+    EXPECT_EQ(m_dialogGrid->hooks[0].code, PGN_INPUTCOMPLETE);
+}
+
+TEST_F(GridInDialog, EscInTheEditorCancelsTheEditNotTheDialog) {
+    DialogRows().FocusSet(1);
+    DialogRows().BeginEdit();
+    ASSERT_TRUE(DialogRows().IsEditing());
+    DialogKey(DialogRows().EditorHwnd(), VK_ESCAPE);
+    EXPECT_FALSE(DialogRows().IsEditing());
+    EXPECT_TRUE(g_commands.empty());
+    DialogKey(DialogRows().GetHwnd(), VK_ESCAPE);   // no editor: the dialog hears it
+    EXPECT_EQ(g_commands, (std::vector<int>{IDCANCEL}));
+}
+
+TEST_F(GridInDialog, DeleteInTheEditorDeletesText) {
+    DialogRows().FocusSet(1);
+    DialogRows().BeginEdit();
+    HWND editor = DialogRows().EditorHwnd();
+    SendMessageA(editor, EM_SETSEL, 0, 0);
+    DialogKey(editor, VK_DELETE);
+    char text[32] = {};
+    GetWindowTextA(editor, text, sizeof text);
+    EXPECT_STREQ(text, "ello");
+}
+
+TEST_F(GridInDialog, TabLeavesTheRowsWhenNotEditing) {
+    DialogRows().FocusSet(1);
+    DialogKey(DialogRows().GetHwnd(), VK_TAB);
+    EXPECT_NE(GetFocus(), DialogRows().GetHwnd());
+    EXPECT_FALSE(DialogRows().IsEditing());
+}
