@@ -1,5 +1,7 @@
 #include "grid/inplace_editor.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <cstring>
 #include <vector>
@@ -10,6 +12,7 @@
 namespace {
 const char kOldProcProperty[] = "PwGridEditorOldProc";
 const char kEditorProperty[] = "PwGridEditor";
+
 constexpr int kVisibleListEntries = 12;
 }  // namespace
 
@@ -48,6 +51,8 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
         SendMessageA(m_control, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), rowHeight - 6 > 4 ? rowHeight - 6 : 4);
         for (const std::string& entry : entries) SendMessageA(m_control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
         SendMessageA(m_control, CB_SETITEMHEIGHT, 0, pm.TextHeight() + pm.Scale(2));
+        // Version 6 combo boxes size their list by entries, not by the window.
+        SendMessageA(m_control, CB_SETMINVISIBLE, kVisibleListEntries, 0);
         int selection = static_cast<int>(std::find(entries.begin(), entries.end(), text) - entries.begin());
         if (selection < static_cast<int>(entries.size())) SendMessageA(m_control, CB_SETCURSEL, selection, 0);
         if (m_kind == CExtGridCell::EditorKind::ComboBox) {

@@ -166,24 +166,27 @@ void CExtGridPaintManager::DrawExpander(HDC dc, const RECT& rect, bool expanded)
 }
 
 void CExtGridPaintManager::DrawCellButton(HDC dc, const RECT& rect, CExtGridCell::ButtonKind kind,
-                                          bool pressed, bool enabled) const {
+                                          bool pressed, bool enabled, bool hot) const {
     using Kind = CExtGridCell::ButtonKind;
     const ThemeApi* api = ThemeApi::Get();
     bool drewFace = false;
     if (api && kind == Kind::DropDown && m_comboTheme) {
         api->DrawThemeBackground(m_comboTheme, dc, CP_DROPDOWNBUTTON,
-                                 !enabled ? CBXS_DISABLED : pressed ? CBXS_PRESSED : CBXS_NORMAL, &rect, nullptr);
+                                 !enabled ? CBXS_DISABLED : pressed ? CBXS_PRESSED : hot ? CBXS_HOT : CBXS_NORMAL,
+                                 &rect, nullptr);
         return;
     }
     if (api && (kind == Kind::SpinUp || kind == Kind::SpinDown) && m_spinTheme) {
         int part = kind == Kind::SpinUp ? SPNP_UP : SPNP_DOWN;
         api->DrawThemeBackground(m_spinTheme, dc, part,
-                                 !enabled ? UPS_DISABLED : pressed ? UPS_PRESSED : UPS_NORMAL, &rect, nullptr);
+                                 !enabled ? UPS_DISABLED : pressed ? UPS_PRESSED : hot ? UPS_HOT : UPS_NORMAL,
+                                 &rect, nullptr);
         return;
     }
     if (api && m_buttonTheme) {
         api->DrawThemeBackground(m_buttonTheme, dc, BP_PUSHBUTTON,
-                                 !enabled ? PBS_DISABLED : pressed ? PBS_PRESSED : PBS_NORMAL, &rect, nullptr);
+                                 !enabled ? PBS_DISABLED : pressed ? PBS_PRESSED : hot ? PBS_HOT : PBS_NORMAL,
+                                 &rect, nullptr);
         drewFace = true;
     }
     if (!drewFace) {

@@ -312,6 +312,7 @@ void CExtPropertyGridWnd::FocusSet(int row, int column) {
     int old = m_focus;
     m_focus = row;
     m_focusColumn = column;
+    m_hotButton = -1;
     InvalidateRow(old);
     InvalidateRow(row);
     EnsureVisible(row);
@@ -694,7 +695,7 @@ void CExtPropertyGridWnd::PaintRow(HDC dc, int row, const RECT& rect, const RECT
         if (focusRow && !readOnly)
             for (int b = 0; b < cell->GetButtonCount(); ++b)
                 m_pm.DrawCellButton(dc, GetButtonRect(row, b), cell->GetButtonKind(b), m_pressedButton == b,
-                                    cell->IsButtonEnabled(b));
+                                    cell->IsButtonEnabled(b), m_hotButton == b);
     }
     // Grid lines: the splitter and the line under the row.
     RECT splitLine{split, rect.top, split + 1, rect.bottom};
@@ -999,7 +1000,23 @@ LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
             UpdateWindow(m_hwnd);
             return 0;
         }
-        UpdateToolTip({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+    {
+        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        UpdateToolTip(p);
+        int hot = HitTestButton(HitTestRow(p), p);
+        if (hot != m_hotButton) {
+            m_hotButton = hot;
+            InvalidateRow(m_focus);
+            TRACKMOUSEEVENT tme{sizeof(tme), TME_LEAVE, m_hwnd, 0};
+            TrackMouseEvent(&tme);
+        }
+        return 0;
+    }
+    case WM_MOUSELEAVE:
+        if (m_hotButton >= 0) {
+            m_hotButton = -1;
+            InvalidateRow(m_focus);
+        }
         return 0;
     case WM_SETCURSOR:
         if (LOWORD(lParam) == HTCLIENT) {

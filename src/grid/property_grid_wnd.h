@@ -153,6 +153,7 @@ private:
     double m_splitRatio = 0.45;
     bool m_draggingSplitter = false;
     int m_pressedButton = -1;
+    int m_hotButton = -1;            // the focus row's button under the mouse
     char m_swallowChar = 0;          // the character of a key already handled
     int m_wheelRemainder = 0;
     bool m_toolTipsEnabled = true;
