@@ -1,6 +1,8 @@
 #include "definition/manifest.h"
 
+#include <map>
 #include <optional>
+#include <set>
 
 #include "xml/ascii.h"
 
@@ -115,6 +117,7 @@ ManifestElement ParseManifest(std::string_view text) {
         ManifestElement* element;
     };
     std::vector<Open> open;
+    std::map<int, std::set<std::string>> attributeNames;  // by the element's line
 
     int lineNumber = 0;
     std::size_t at = 0;
@@ -175,9 +178,8 @@ ManifestElement ParseManifest(std::string_view text) {
         if (!owner->children.empty())
             Fail(lineNumber, "attribute '" + attribute.name + "' must come before the child elements of [" +
                                  owner->name + "]");
-        for (const ManifestAttribute& existing : owner->attributes)
-            if (existing.name == attribute.name)
-                Fail(lineNumber, "attribute '" + attribute.name + "' appears twice in [" + owner->name + "]");
+        if (!attributeNames[owner->line].insert(attribute.name).second)
+            Fail(lineNumber, "attribute '" + attribute.name + "' appears twice in [" + owner->name + "]");
         owner->attributes.push_back(std::move(attribute));
     }
     if (!root) throw DefinitionError("the manifest has no element");

@@ -166,14 +166,13 @@ private:
 // The same walk as CXmlElement::ParseAttributes, keeping only the names.
 std::vector<std::string> AttributeNamesInOrder(std::string_view text) {
     std::vector<std::string> names;
+    std::set<std::string> seen;
     std::size_t pos = 0;
     while (pos < text.size()) {
         std::size_t eq = text.find('=', pos);
         if (eq == std::string_view::npos) break;
         std::string name(ascii::Trim(text.substr(pos, eq - pos)));
-        bool seen = false;
-        for (const std::string& n : names) seen = seen || n == name;
-        if (!seen) names.push_back(name);
+        if (seen.insert(name).second) names.push_back(name);
         std::size_t open = text.find('"', eq + 1);
         if (open == std::string_view::npos) break;
         std::size_t close = text.find('"', open + 1);
