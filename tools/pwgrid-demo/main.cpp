@@ -5,7 +5,7 @@
 //   --select NAME          focus the row of that name
 //   --edit                 open the focus row's editor
 //   --modify               change a few values (changed values are bold)
-//   --open-colour-popup    open the colour popup of "Background color"
+//   --open-colour-popup    open the colour popup of "Background color" (or of --select)
 //   --open-combo           drop the list of "Font size"
 //   --dpi N                size everything for N DPI (96, 120, 144)
 //   --screenshot FILE.bmp  write the window (and any open popup) to FILE and exit
@@ -142,7 +142,7 @@ LRESULT CALLBACK MainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
             if (!g_options.screenshot.empty()) SetTimer(hwnd, kCaptureTimer, 700, nullptr);
             if (g_options.edit) g_grid->GetGrid().BeginEdit();
             if (g_options.openColourPopup) {
-                SelectByName("Background color");
+                SelectByName(g_options.select.empty() ? "Background color" : g_options.select);
                 g_grid->GetGrid().ClickButton(0);   // runs until the popup closes
             } else if (g_options.openCombo) {
                 SelectByName("Font size");
