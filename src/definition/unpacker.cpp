@@ -22,10 +22,16 @@ public:
     // The content after the next start tag of name, or false when the text
     // does not have one where the tree says it is.
     bool NextContent(std::string_view name, std::string_view& content) {
+        if (lost_) return false;
         std::string open = "<" + std::string(name);
         while (true) {
             std::size_t at = source_.find(open, pos_);
-            if (at == std::string_view::npos) return false;
+            if (at == std::string_view::npos) {
+                // The text does not follow the writer's layout; searching on
+                // for later elements would only cost time.
+                lost_ = true;
+                return false;
+            }
             std::size_t after = at + open.size();
             if (after < source_.size() && (source_[after] == ' ' || source_[after] == '>')) {
                 std::size_t close = source_.find('>', after);
@@ -43,6 +49,7 @@ public:
 private:
     std::string_view source_;
     std::size_t pos_ = 0;
+    bool lost_ = false;
 };
 
 bool IsSafeFileName(std::string_view name) {
