@@ -213,8 +213,9 @@ UnpackedDefinition UnpackDefinition(std::string_view xml) {
     };
     try {
         result.exact = PackManifest(ParseManifest(result.manifest), readBack) == xml;
-    } catch (const DefinitionError&) {
+    } catch (const DefinitionError& e) {
         result.exact = false;
+        result.repackProblem = e.what();
     }
     return result;
 }

@@ -22,6 +22,9 @@ struct UnpackedDefinition {
     // True for every definition the packer wrote; a hand-made one may use a
     // layout the writer does not produce (other indentation, attribute order).
     bool exact = false;
+    // Why packing the folder fails, when it does (names the manifest cannot
+    // hold, such as element names with blanks); empty otherwise.
+    std::string repackProblem;
 };
 
 // Values that are Base64 in the packer's layout ("< file") come out decoded;

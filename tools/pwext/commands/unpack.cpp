@@ -43,7 +43,10 @@ int RunUnpack(const Args& args) {
     }
     WriteFileAtomically((folder / "manifest.txt").string(), unpacked.manifest);
 
-    if (!unpacked.exact)
+    if (!unpacked.repackProblem.empty())
+        std::cerr << "pwext: note: " << file << " cannot be packed again as it is (" << unpacked.repackProblem
+                  << "); edit " << (folder / "manifest.txt").string() << " first\n";
+    else if (!unpacked.exact)
         std::cerr << "pwext: note: " << file
                   << " is not in the packer's layout; packing the folder gives an equivalent, not identical, file\n";
     return 0;
