@@ -8,4 +8,4 @@ if [ ! -d node_modules/playwright-core ]; then
   PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1 npm ci --no-audit --no-fund --loglevel=error
 fi
 export PWEXT="${PWEXT:-$PWD/../../build/native/bin/pwext}"
-exec node --test --test-concurrency=1 --test-reporter=spec gallery.test.js
+exec node --test --test-concurrency=1 gallery.test.js
