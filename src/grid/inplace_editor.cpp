@@ -82,9 +82,11 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
     if (m_comboEdit) Subclass(m_comboEdit);
     ShowWindow(m_control, SW_SHOW);
     SetFocus(FocusHwnd());
-    if (initialText && !IsCombo()) {
+    if (initialText) {
         // Typing started the edit: the caret goes after the typed text.
-        SendMessageA(m_control, EM_SETSEL, text.size(), text.size());
+        int end = static_cast<int>(text.size());
+        if (IsCombo()) SendMessageA(m_control, CB_SETEDITSEL, 0, MAKELPARAM(end, end));
+        else SendMessageA(m_control, EM_SETSEL, end, end);
     } else {
         SelectAll();
     }

@@ -414,3 +414,13 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     Key(VK_RETURN, Rows().EditorHwnd());
     EXPECT_EQ(cell->GetText(), faces.back());
 }
+
+TEST_F(GridEditing, TypingIntoAComboKeepsEveryCharacter) {
+    Focus("Size");
+    Char('1');
+    ASSERT_TRUE(Rows().IsEditing());
+    Char('2', Rows().EditorHwnd());
+    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "12");
+    Key(VK_RETURN, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetCurSel(), 2);
+}
