@@ -74,57 +74,31 @@ class Unpacker {
 public:
     explicit Unpacker(std::string_view xml) : scanner_(xml) {}
 
+    // The manifest element for element (named name: the root's name comes
+    // trimmed) and its subtree; folder is where its FILE contents go.
     ManifestElement Element(CXmlElement& element, const std::string& name, int depth, const std::string& folder) {
         if (depth >= kMaxNesting)
             throw DefinitionError("elements nested more than " + std::to_string(kMaxNesting) + " levels deep");
         ManifestElement out;
         out.name = name;
-
-        std::string_view content;
-        bool found = scanner_.NextContent(name, content);
-        std::string value = element.GetRawValue();
-        if (found && element.GetChildCount() == 0 && ascii::Trim(content) == value) {
-            // Keep what the parser trims: a Base64 value's final line break,
-            // or the line break alone that is empty content in Base64. Other
-            // white space is the writer's layout of an element without value.
-            value = value.empty() && content != "\r\n" ? std::string() : std::string(content);
-        }
-
-        std::string upper = ascii::Upper(name);
+        std::string value = ExactValue(element, name);
         for (const std::string& attribute : AttributeNamesInOrder(element.GetAttributeText())) {
-            std::string text = element.GetAttribute(attribute);
             std::string fileName = attribute == "gallerytemplate"
                                        ? "gallery.xsl"
                                        : ascii::Lower(name) + "-" + (IsSafeFileName(attribute) ? attribute : "value");
-            out.attributes.push_back({attribute, Classify(text, fileName, false)});
+            out.attributes.push_back({attribute, Classify(element.GetAttribute(attribute), fileName, false)});
         }
+        if (!value.empty()) out.value = Classify(value, ValueFileName(element, name, folder, value), true);
 
-        if (!value.empty()) {
-            std::string fileName;
-            std::string decoded = Base64DecodeOrKeep(value);
-            if (upper == "HTML_HEAD") fileName = "head.html";
-            else if (upper == "HTML_BODY") fileName = "body.html";
-            else if (upper == "HTML_TAIL") fileName = "tail.html";
-            else if (upper == "BITMAP") fileName = "toolbar.bmp";
-            else if (upper == "IMAGE") fileName = "preview" + SniffPictureExtension(decoded);
-            else if (upper == "FILE") {
-                std::string given = element.GetAttribute("filename");
-                fileName = folder + (IsSafeFileName(given) ? given : "file.bin");
-            } else {
-                fileName = IsSafeFileName(name) ? ascii::Lower(name) : "value";
-            }
-            out.value = Classify(value, fileName, true);
-        }
-
-        std::string childFolder = folder;
-        if (upper == "FILES" && depth == 1) childFolder = "files/";
-        if (upper == "FOLDER" && !folder.empty()) {
+        std::string inner = folder;
+        if (ascii::EqualsNoCase(name, "FILES") && depth == 1) inner = "files/";
+        if (ascii::EqualsNoCase(name, "FOLDER") && !folder.empty()) {
             std::string given = element.GetAttribute("name");
-            childFolder = folder + (IsSafeFileName(given) ? given : "folder") + "/";
+            inner = folder + (IsSafeFileName(given) ? given : "folder") + "/";
         }
         for (std::size_t i = 0; i < element.GetChildCount(); ++i) {
             CXmlElement* child = element.GetChild(i);
-            out.children.push_back(Element(*child, child->GetName(), depth + 1, childFolder));
+            out.children.push_back(Element(*child, child->GetName(), depth + 1, inner));
         }
         return out;
     }
@@ -132,6 +106,34 @@ public:
     std::vector<UnpackedFile>& Files() { return files_; }
 
 private:
+    // The element's value as the writer wrote it. The parser trims it; the
+    // source text still has what was trimmed: a Base64 value's final line
+    // break, or the line break alone that is empty Base64 content. Other
+    // white space is the writer's layout of an element without a value.
+    std::string ExactValue(CXmlElement& element, const std::string& name) {
+        std::string_view content;
+        std::string value = element.GetRawValue();
+        if (!scanner_.NextContent(name, content) || element.GetChildCount() != 0 || ascii::Trim(content) != value)
+            return value;
+        return value.empty() && content != "\r\n" ? std::string() : std::string(content);
+    }
+
+    // Where an element's value goes when it needs a file of its own.
+    static std::string ValueFileName(CXmlElement& element, const std::string& name, const std::string& folder,
+                                     const std::string& value) {
+        std::string upper = ascii::Upper(name);
+        if (upper == "HTML_HEAD") return "head.html";
+        if (upper == "HTML_BODY") return "body.html";
+        if (upper == "HTML_TAIL") return "tail.html";
+        if (upper == "BITMAP") return "toolbar.bmp";
+        if (upper == "IMAGE") return "preview" + SniffPictureExtension(Base64DecodeOrKeep(value));
+        if (upper == "FILE") {
+            std::string given = element.GetAttribute("filename");
+            return folder + (IsSafeFileName(given) ? given : "file.bin");
+        }
+        return IsSafeFileName(name) ? ascii::Lower(name) : "value";
+    }
+
     // Base64 in the packer's own layout goes to a file decoded; other text
     // stays in the manifest when it fits on one line, else goes to a file.
     ManifestValue Classify(const std::string& text, const std::string& fileName, bool elementValue) {
