@@ -325,6 +325,8 @@ test('reflections without PHP: the original picture with a drawn reflection', as
     assert.ok(fade[1] > 100 && fade[1] < 140, `reflection starts half visible: ${fade[1]}`);
     assert.ok(fade[2] < 10, `and fades out: ${fade[2]}`);
     assert.deepEqual(g.problems, []);
+    fs.mkdirSync(screenshots, { recursive: true });
+    await g.page.screenshot({ path: path.join(screenshots, 'gallery-without-php.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
   } finally {
     await g.close();
   }
