@@ -4,6 +4,7 @@
 #include <set>
 
 #include "grid/grid_archive.h"
+#include "grid/paint_manager.h"
 
 PWGRID_IMPLEMENT_CELL(CExtGridCellComboBox, CExtGridCell)
 PWGRID_IMPLEMENT_CELL(CExtGridCellDropListComboBox, CExtGridCellComboBox)
@@ -135,16 +136,32 @@ std::vector<std::string> CExtGridCellFontName::GetListEntries() const {
     return GetCount() > 0 ? CExtGridCellComboBox::GetListEntries() : InstalledFaces();
 }
 
-void CExtGridCellFontName::OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const {
-    if (!IsTextRectVisible(pc, textRect)) return;
-    // A preview: the name in its own face, at the size of the grid's font.
+void CExtGridCellFontName::PaintInOwnFace(const CExtGridPaintContext& pc, const RECT& rect, const std::string& face) {
     LOGFONTA font{};
     GetObjectA(pc.font, sizeof font, &font);
-    lstrcpynA(font.lfFaceName, m_text.c_str(), LF_FACESIZE);
+    lstrcpynA(font.lfFaceName, face.c_str(), LF_FACESIZE);
     font.lfCharSet = DEFAULT_CHARSET;
-    HFONT face = m_text.empty() ? nullptr : CreateFontIndirectA(&font);
-    CExtGridPaintContext preview = pc;
-    if (face) preview.font = face;
-    CExtGridCellComboBox::OnPaintText(preview, textRect);
-    if (face) DeleteObject(face);
+    HFONT preview = face.empty() ? nullptr : CreateFontIndirectA(&font);
+    HGDIOBJ oldFont = SelectObject(pc.dc, preview ? preview : pc.font);
+    COLORREF oldColor = SetTextColor(pc.dc, pc.textColor);
+    int oldMode = SetBkMode(pc.dc, TRANSPARENT);
+    RECT r = rect;
+    DrawTextA(pc.dc, face.c_str(), static_cast<int>(face.size()), &r,
+              DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    SetBkMode(pc.dc, oldMode);
+    SetTextColor(pc.dc, oldColor);
+    SelectObject(pc.dc, oldFont);
+    if (preview) DeleteObject(preview);
+}
+
+void CExtGridCellFontName::OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const {
+    // A preview: the name in its own face, at the size of the grid's font.
+    if (IsTextRectVisible(pc, textRect)) PaintInOwnFace(pc, textRect, m_text);
+}
+
+void CExtGridCellFontName::PaintListEntry(const CExtGridPaintContext& pc, const RECT& rect,
+                                          const std::string& entry) const {
+    RECT r = rect;
+    r.left += pc.pm ? pc.pm->Scale(3) : 3;
+    PaintInOwnFace(pc, r, entry);
 }

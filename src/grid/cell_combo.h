@@ -71,4 +71,10 @@ public:
     void AddInstalledFonts();
     std::vector<std::string> GetListEntries() const override;
     void OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const override;
+    bool PaintsListEntries() const override { return true; }
+    void PaintListEntry(const CExtGridPaintContext& pc, const RECT& rect, const std::string& entry) const override;
+
+private:
+    // Draws a face name in that face, at the size of the given font.
+    static void PaintInOwnFace(const CExtGridPaintContext& pc, const RECT& rect, const std::string& face);
 };

@@ -134,6 +134,11 @@ public:
     virtual EditorKind GetEditorKind() const { return EditorKind::None; }
     // Entries of the drop-down for the combo editors.
     virtual std::vector<std::string> GetListEntries() const { return {}; }
+    // Cells that draw the entries of their drop-down themselves (a preview of
+    // each entry) return true and paint one entry into the given rectangle,
+    // whose background is already filled.
+    virtual bool PaintsListEntries() const { return false; }
+    virtual void PaintListEntry(const CExtGridPaintContext& pc, const RECT& rect, const std::string& entry) const {}
 
     // Buttons shown at the right of the value of the focus row.
     enum class ButtonKind { Browse, DropDown, SpinUp, SpinDown };

@@ -41,6 +41,7 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
         int listHeight = (pm.TextHeight() + pm.Scale(2)) * (std::min)(kVisibleListEntries, (std::max)(1, int(entries.size()))) + pm.Scale(4);
         DWORD style = WS_CHILD | WS_VSCROLL | CBS_AUTOHSCROLL |
                       (m_kind == CExtGridCell::EditorKind::DropList ? CBS_DROPDOWNLIST : CBS_DROPDOWN);
+        if (cell.PaintsListEntries()) style |= CBS_OWNERDRAWFIXED | CBS_HASSTRINGS;   // see the grid's WM_DRAWITEM
         int rowHeight = valueRect.bottom - valueRect.top;
         m_control = CreateWindowExA(0, "COMBOBOX", "", style, valueRect.left, valueRect.top,
                                     valueRect.right - valueRect.left, rowHeight + listHeight, parent, nullptr,

@@ -617,6 +617,27 @@ void CExtPropertyGridWnd::UpdateToolTip(POINT point) {
     if (text.empty()) SendMessageA(m_toolTip, TTM_POP, 0, 0);
 }
 
+void CExtPropertyGridWnd::PaintEditorListEntry(const DRAWITEMSTRUCT& dis) {
+    bool selected = (dis.itemState & ODS_SELECTED) != 0;
+    CExtGridPaintManager::FillSolid(dis.hDC, dis.rcItem, GetSysColor(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+    CExtPropertyItem* item = FocusItem();
+    CExtGridCell* cell = item && item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
+    if (!cell || static_cast<int>(dis.itemID) < 0) return;
+    LRESULT length = SendMessageA(dis.hwndItem, CB_GETLBTEXTLEN, dis.itemID, 0);
+    if (length == CB_ERR) return;
+    std::string entry(length + 1, '\0');
+    SendMessageA(dis.hwndItem, CB_GETLBTEXT, dis.itemID, reinterpret_cast<LPARAM>(entry.data()));
+    entry.resize(length);
+    CExtGridPaintContext pc;
+    pc.dc = dis.hDC;
+    pc.pm = &m_pm;
+    pc.font = m_pm.NormalFont();
+    pc.textColor = GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT);
+    pc.selected = selected;
+    cell->PaintListEntry(pc, dis.rcItem, entry);
+    if (dis.itemState & ODS_FOCUS) DrawFocusRect(dis.hDC, &dis.rcItem);
+}
+
 // ---- painting -------------------------------------------------------------------
 
 void CExtPropertyGridWnd::PaintRow(HDC dc, int row, const RECT& rect, const RECT& clip) {
@@ -1064,6 +1085,19 @@ LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
         if (IsEditing() && reinterpret_cast<HWND>(lParam) == m_editor->ControlHwnd() && HIWORD(wParam) == CBN_SELENDOK)
             OnEditorListPicked(m_editor->GetListSelection());
         return 0;
+    case WM_MEASUREITEM: {
+        // The in-place combo of a cell that paints its own list entries.
+        auto* mis = reinterpret_cast<MEASUREITEMSTRUCT*>(lParam);
+        if (mis->CtlType != ODT_COMBOBOX) break;
+        mis->itemHeight = m_pm.TextHeight() + m_pm.Scale(2);
+        return TRUE;
+    }
+    case WM_DRAWITEM: {
+        auto* dis = reinterpret_cast<DRAWITEMSTRUCT*>(lParam);
+        if (dis->CtlType != ODT_COMBOBOX || !IsEditing() || dis->hwndItem != m_editor->ControlHwnd()) break;
+        PaintEditorListEntry(*dis);
+        return TRUE;
+    }
     case WM_GETOBJECT:
         if (static_cast<LONG>(lParam) == static_cast<LONG>(OBJID_CLIENT)) return AccessibleResult(wParam);
         break;

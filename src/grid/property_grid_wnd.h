@@ -125,6 +125,7 @@ private:
     void ScrollTo(int top);
     void Paint(HDC dc, const RECT& clip);
     void PaintRow(HDC dc, int row, const RECT& rect, const RECT& clip);
+    void PaintEditorListEntry(const DRAWITEMSTRUCT& dis);
     int NameLeft(int row) const;
     RECT ExpanderRect(int row) const;
     bool RowHasChildren(int row) const;

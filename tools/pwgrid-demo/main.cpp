@@ -6,7 +6,7 @@
 //   --edit                 open the focus row's editor
 //   --modify               change a few values (changed values are bold)
 //   --open-colour-popup    open the colour popup of "Background color" (or of --select)
-//   --open-combo           drop the list of "Font size"
+//   --open-combo           drop the list of "Font size" (or of --select)
 //   --dpi N                size everything for N DPI (96, 120, 144)
 //   --screenshot FILE.bmp  write the window (and any open popup) to FILE and exit
 #include <windows.h>
@@ -145,7 +145,7 @@ LRESULT CALLBACK MainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
                 SelectByName(g_options.select.empty() ? "Background color" : g_options.select);
                 g_grid->GetGrid().ClickButton(0);   // runs until the popup closes
             } else if (g_options.openCombo) {
-                SelectByName("Font size");
+                SelectByName(g_options.select.empty() ? "Font size" : g_options.select);
                 g_grid->GetGrid().ClickButton(0);
             }
         } else if (wParam == kCaptureTimer) {
