@@ -409,6 +409,25 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     ASSERT_TRUE(Rows().IsEditing());
     HWND combo = GetParent(Rows().EditorHwnd());
     EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), static_cast<LRESULT>(faces.size()));
+    EXPECT_TRUE(GetWindowLongA(combo, GWL_STYLE) & CBS_OWNERDRAWFIXED);   // entries drawn in their face
+    // The grid paints a selected entry on the highlight colour.
+    HDC screen = GetDC(nullptr);
+    HDC mem = CreateCompatibleDC(screen);
+    HBITMAP bitmap = CreateCompatibleBitmap(screen, 200, 20);
+    HGDIOBJ old = SelectObject(mem, bitmap);
+    DRAWITEMSTRUCT dis{};
+    dis.CtlType = ODT_COMBOBOX;
+    dis.itemID = 0;
+    dis.itemState = ODS_SELECTED;
+    dis.hwndItem = combo;
+    dis.hDC = mem;
+    dis.rcItem = {0, 0, 200, 20};
+    EXPECT_TRUE(SendMessageA(RowsHwnd(), WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&dis)));
+    EXPECT_EQ(GetPixel(mem, 198, 10), GetSysColor(COLOR_HIGHLIGHT));
+    SelectObject(mem, old);
+    DeleteObject(bitmap);
+    DeleteDC(mem);
+    ReleaseDC(nullptr, screen);
     SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
     SetWindowTextA(Rows().EditorHwnd(), faces.back().c_str());
     Key(VK_RETURN, Rows().EditorHwnd());
