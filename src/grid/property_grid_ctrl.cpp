@@ -141,6 +141,57 @@ void CExtPropertyGridCtrl::SetDpi(int dpi) {
     m_grid->RefreshCellExtents();
 }
 
+// ---- commands ----------------------------------------------------------------------------
+
+namespace {
+CExtPropertyValue* ResettableValue(CExtPropertyGridWnd& rows) {
+    CExtPropertyItem* item = rows.FocusItem();
+    if (!item || !item->IsValue()) return nullptr;
+    auto* value = static_cast<CExtPropertyValue*>(item);
+    CExtGridCell* cell = value->ValueActiveGet();
+    return cell && !cell->IsReadOnly() && value->IsModified() ? value : nullptr;
+}
+}  // namespace
+
+bool CExtPropertyGridCtrl::IsCommandEnabled(Command command) {
+    return command != kCommandReset || ResettableValue(*m_grid) != nullptr;
+}
+
+void CExtPropertyGridCtrl::ResetFocusValue() {
+    CExtPropertyValue* value = ResettableValue(*m_grid);
+    if (!value) return;
+    m_grid->CancelEdit();
+    value->ValueActiveGet()->SetText(value->DefaultText());
+    m_grid->OnCellInputComplete(*value);
+}
+
+void CExtPropertyGridCtrl::ExecuteCommand(Command command) {
+    switch (command) {
+    case kCommandReset: ResetFocusValue(); break;
+    case kCommandCategorized: SetSorted(false); break;
+    case kCommandAlphabetical: SetSorted(true); break;
+    case kCommandFilter: ShowFilter(!m_filterShown); break;
+    case kCommandTipBar: ShowTipBar(!m_tipShown); break;
+    }
+}
+
+void CExtPropertyGridCtrl::ShowContextMenu(POINT screen) {
+    HMENU menu = CreatePopupMenu();
+    if (!menu) return;
+    AppendMenuA(menu, MF_STRING | (IsCommandEnabled(kCommandReset) ? 0 : MF_GRAYED), kCommandReset, "&Reset");
+    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuA(menu, MF_STRING, kCommandCategorized, "&Categorized");
+    AppendMenuA(menu, MF_STRING, kCommandAlphabetical, "&Alphabetical");
+    CheckMenuRadioItem(menu, kCommandCategorized, kCommandAlphabetical,
+                       IsSorted() ? kCommandAlphabetical : kCommandCategorized, MF_BYCOMMAND);
+    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuA(menu, MF_STRING | (m_filterShown ? MF_CHECKED : 0), kCommandFilter, "&Filter\tCtrl+F");
+    AppendMenuA(menu, MF_STRING | (m_tipShown ? MF_CHECKED : 0), kCommandTipBar, "&Description");
+    int chosen = TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_LEFTALIGN, screen.x, screen.y, 0, m_hwnd, nullptr);
+    DestroyMenu(menu);
+    if (chosen > 0) ExecuteCommand(static_cast<Command>(chosen));
+}
+
 // ---- notifications ---------------------------------------------------------------------
 
 void CExtPropertyGridCtrl::SendNotify(UINT code, CExtPropertyValue& item) {
@@ -492,6 +543,18 @@ LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lPa
             ReleaseCapture();
         }
         return 0;
+    case WM_CONTEXTMENU: {
+        // From the mouse at its point; from the keyboard (-1) under the focus row.
+        POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        if (lParam == -1) {
+            RECT row{};
+            if (!m_grid->GetRowRect(m_grid->FocusGet(), &row)) GetClientRect(m_grid->GetHwnd(), &row);
+            at = {row.left + m_pm.Scale(20), row.bottom};
+            ClientToScreen(m_grid->GetHwnd(), &at);
+        }
+        ShowContextMenu(at);
+        return 0;
+    }
     case WM_SETCURSOR:
         if (reinterpret_cast<HWND>(wParam) == m_hwnd && LOWORD(lParam) == HTCLIENT) {
             POINT p;

@@ -54,6 +54,7 @@ public:
     bool IsFilterShown() const { return m_filterShown; }
     void SetFilterText(const std::string& text);
     void ShowTipBar(bool show);
+    bool IsTipBarShown() const { return m_tipShown; }
     // Tool tips for names and values too long for their column.
     void EnableToolTips(bool enable);
     bool AreToolTipsEnabled() const { return m_toolTipsEnabled; }
@@ -66,6 +67,14 @@ public:
     virtual bool PreTranslateMessage(MSG* msg);
     // Finds the grid control that contains msg->hwnd and asks it.
     static bool PreTranslateGridMessage(MSG* msg);
+
+    // The commands of the context menu, also usable directly.
+    enum Command { kCommandReset = 1, kCommandCategorized, kCommandAlphabetical, kCommandFilter, kCommandTipBar };
+    bool IsCommandEnabled(Command command);
+    void ExecuteCommand(Command command);
+    // Puts the focus row's value back to the one it had when first shown and
+    // raises the input-completed notification.
+    void ResetFocusValue();
 
     // Toolbar buttons (for tests): the rectangle of button 0 (categorized),
     // 1 (alphabetical) or 2 (filter) in client coordinates.
@@ -96,6 +105,7 @@ private:
     void PressToolbarButton(int button);
     void SendNotify(UINT code, CExtPropertyValue& item);
     void CreateToolbarTips();
+    void ShowContextMenu(POINT screen);
     static LRESULT CALLBACK FilterProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
     CExtGridPaintManager m_pm;

@@ -1006,6 +1006,13 @@ LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
     case WM_LBUTTONDBLCLK:
         OnLButtonDown({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}, message == WM_LBUTTONDBLCLK);
         return 0;
+    case WM_RBUTTONDOWN: {
+        // The context menu (WM_CONTEXTMENU, passed on to the control) acts on the clicked row.
+        if (GetFocus() != m_hwnd) SetFocus(m_hwnd);
+        int row = HitTestRow({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        if (row >= 0) FocusSet(row, GET_X_LPARAM(lParam) > SplitterGet() ? 1 : 0);
+        return 0;
+    }
     case WM_LBUTTONUP:
         if (m_draggingSplitter) {
             m_draggingSplitter = false;

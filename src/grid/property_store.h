@@ -73,6 +73,7 @@ public:
     // the item, or now.
     void ValueDefaultFromActive();
     bool HasDefault() const { return m_hasDefault; }
+    const std::string& DefaultText() const { return m_defaultText; }
     bool IsModified() const;
 
 private:

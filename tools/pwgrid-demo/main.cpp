@@ -6,6 +6,7 @@
 //   --edit                 open the focus row's editor
 //   --modify               change a few values (changed values are bold)
 //   --open-colour-popup    open the colour popup of "Background color" (or of --select)
+//   --open-menu            open the context menu of the focus row
 //   --open-combo           drop the list of "Font size" (or of --select)
 //   --dpi N                size everything for N DPI (96, 120, 144)
 //   --screenshot FILE.bmp  write the window (and any open popup) to FILE and exit
@@ -29,6 +30,7 @@ struct Options {
     bool modify = false;
     bool openColourPopup = false;
     bool openCombo = false;
+    bool openMenu = false;
     int dpi = 0;
     std::string filter;
     std::string select;
@@ -65,6 +67,7 @@ RECT CaptureArea(HWND main) {
     RECT area;
     GetWindowRect(main, &area);
     HWND popup = CExtColorPopup::ActiveWindow();
+    if (!popup) popup = FindWindowA("#32768", nullptr);   // an open popup menu
     HWND editor = g_grid->GetGrid().IsEditing() ? GetParent(g_grid->GetGrid().EditorHwnd()) : nullptr;
     if (HWND control = g_grid->GetGrid().EditorHwnd()) {
         char name[32] = {};
@@ -144,6 +147,10 @@ LRESULT CALLBACK MainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
             if (g_options.openColourPopup) {
                 SelectByName(g_options.select.empty() ? "Background color" : g_options.select);
                 g_grid->GetGrid().ClickButton(0);   // runs until the popup closes
+            } else if (g_options.openMenu) {
+                if (!g_options.select.empty()) SelectByName(g_options.select);
+                // As Shift+F10 does; the menu runs until it closes.
+                SendMessageA(g_grid->GetHwnd(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(g_grid->GetGrid().GetHwnd()), -1);
             } else if (g_options.openCombo) {
                 SelectByName(g_options.select.empty() ? "Font size" : g_options.select);
                 g_grid->GetGrid().ClickButton(0);
@@ -152,6 +159,7 @@ LRESULT CALLBACK MainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
             RECT area = CaptureArea(hwnd);
             bool ok = CaptureScreenRect(area, g_options.screenshot.c_str());
             if (HWND popup = CExtColorPopup::ActiveWindow()) PostMessageA(popup, WM_KEYDOWN, VK_ESCAPE, 0);
+            EndMenu();
             PostMessageA(hwnd, WM_CLOSE, 0, 0);
             if (!ok) PostQuitMessage(2);
         }
@@ -175,6 +183,7 @@ Options ParseOptions(int argc, char** argv) {
         else if (a == "--modify") o.modify = true;
         else if (a == "--open-colour-popup" || a == "--open-color-popup") o.openColourPopup = true;
         else if (a == "--open-combo") o.openCombo = true;
+        else if (a == "--open-menu") o.openMenu = true;
         else if (a == "--dpi") o.dpi = std::atoi(next().c_str());   // 0 or nonsense: the screen's
         else if (a == "--filter") o.filter = next();
         else if (a == "--select") o.select = next();

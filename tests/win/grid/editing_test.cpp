@@ -443,3 +443,29 @@ TEST_F(GridEditing, TypingIntoAComboKeepsEveryCharacter) {
     Key(VK_RETURN, Rows().EditorHwnd());
     EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetCurSel(), 2);
 }
+
+TEST_F(GridEditing, ResetPutsBackTheFirstValueAndCompletesInput) {
+    Focus("Title");
+    EXPECT_FALSE(m_ctrl->IsCommandEnabled(CExtPropertyGridCtrl::kCommandReset));   // nothing changed yet
+    CellOf<CExtGridCellString>("Title")->SetText("Changed");
+    EXPECT_TRUE(m_ctrl->IsCommandEnabled(CExtPropertyGridCtrl::kCommandReset));
+    m_ctrl->ExecuteCommand(CExtPropertyGridCtrl::kCommandReset);
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Hello");
+    EXPECT_FALSE(Value("Title")->IsModified());
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "Hello");
+}
+
+TEST_F(GridEditing, RightClickFocusesTheRowTheMenuWillActOn) {
+    Focus("Title");
+    POINT p = ValuePoint("Count");
+    SendMessageA(RowsHwnd(), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(p.x, p.y));
+    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Count");
+    m_ctrl->ExecuteCommand(CExtPropertyGridCtrl::kCommandAlphabetical);
+    EXPECT_TRUE(m_ctrl->IsSorted());
+    m_ctrl->ExecuteCommand(CExtPropertyGridCtrl::kCommandTipBar);
+    EXPECT_FALSE(m_ctrl->IsTipBarShown());
+    RECT rows, ctrl;
+    GetWindowRect(RowsHwnd(), &rows);
+    GetWindowRect(m_ctrl->GetHwnd(), &ctrl);
+    EXPECT_GE(rows.bottom, ctrl.bottom - 2);         // the rows take the tip bar's place
+}
