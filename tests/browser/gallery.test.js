@@ -113,6 +113,9 @@ test('the gallery loads, lays out the strip and shows the first caption', async 
     assert.equal(first.alt, images[0].title);
     assert.ok(Math.abs(first.x + first.w / 2 - s.width / 2) < 2, 'the current picture is centred');
     for (const p of s.shown) if (p !== first) assert.ok(p.h < first.h, `${p.alt} recedes`);
+    // Without reflections the pictures stand on one line low in the gallery.
+    for (const p of s.shown) assert.ok(Math.abs(p.y + p.h - (first.y + first.h)) < 1, `${p.alt} stands on the line`);
+    assert.ok(first.y + first.h > s.height * 0.75, 'no room is left for reflections that are not there');
     assert.ok(s.sliderAt < 0.02, 'the slider starts at the left');
     assert.deepEqual(g.problems, []);
   } finally {

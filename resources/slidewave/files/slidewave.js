@@ -1,18 +1,18 @@
 /*
  * Slidewave gallery: a strip of pictures moved with slider, scroll bar,
- * wheel, swipes, taps and keys. Works per #slidewave block (ids repeat if
- * a page has several) on its #loading, #images (img: src, longdesc = file,
- * alt = title), #captions, #scrollbar and #slider. Without PHP the
- * reflection is drawn here; pictures that fail to load are left out.
+ * wheel, swipes, taps and keys. Works per #slidewave block (ids may repeat)
+ * on its #loading, #images (img: src, longdesc = file, alt = title),
+ * #captions, #scrollbar and #slider. Without PHP the reflection is drawn
+ * here; pictures that fail to load are left out.
  */
 (function () {
 'use strict';
 
-var REFLECTION = 0.5;  // reflection height / picture height (as reflect.php)
-var SIDE = 6;          // pictures displayed on each side of the current one
+var REFLECTION = 0.5;  // reflection height / picture height (reflect.php)
+var SIDE = 6;          // pictures shown beside the current one
 var TIMEOUT = 20000;   // then start with what loaded (ms)
-var GLIDE = 140;       // time constant of the movement (ms)
-var WHEEL_STEP = 100;  // wheel pixels for a picture
+var GLIDE = 140;       // time constant of the glide (ms)
+var WHEEL_STEP = 100;  // wheel pixels per picture
 
 var calm = matchMedia('(prefers-reduced-motion: reduce)');
 
@@ -27,7 +27,7 @@ function Gallery(root) {
   this.bar = part('scrollbar');
   this.slider = part('slider');
   this.items = [];   // { element, img, ratio, reflected }
-  this.offset = 0;   // position shown; fractional while gliding
+  this.offset = 0;   // fractional while gliding
   this.target = 0;
   this.wheel = 0;
   if (this.strip) this.prepare();
@@ -85,7 +85,7 @@ Gallery.prototype.watch = function (img, settle) {
   }
 };
 
-// Draws the original picture and its reflection on a canvas.
+// Draws the original picture with its reflection.
 Gallery.prototype.reflect = function (img, original, settle) {
   var source = new Image();
   source.onerror = function () { img.state = 'failed'; settle(); };
@@ -117,7 +117,7 @@ Gallery.prototype.reflect = function (img, original, settle) {
   source.src = original;
 };
 
-// Lists the loaded pictures, keeping the current one, and lays out.
+// (Re)lists the loaded pictures and lays them out.
 Gallery.prototype.start = function () {
   var self = this, current = this.items[Math.round(this.target)];
   if (!this.started) {
@@ -129,11 +129,13 @@ Gallery.prototype.start = function () {
   }
   var images = this.strip.getElementsByTagName('img');
   this.items = [];
+  this.mirror = 0;  // room for reflections
   for (var i = 0; i < images.length; i++) {
     var img = images[i], element = img.canvas || img;
     var w = element.naturalWidth || element.width, h = element.naturalHeight || element.height;
     if (!img.state || img.state === 'failed' || !w || !h) continue;
     var reflected = img.state === 'reflected';
+    if (reflected) this.mirror = REFLECTION;
     if (current && current.img === img) this.offset = this.target = this.items.length;
     this.items.push({ element: element, img: img, reflected: reflected,
       ratio: w * (reflected ? 1 + REFLECTION : 1) / h });
@@ -154,7 +156,7 @@ Gallery.prototype.layout = function () {
   this.strip.style.height = H + 'px';
   if (!n) return this.caption('No pictures to show');
 
-  var top = H * 0.04, tallest = (H - top) / (1 + REFLECTION), step = Math.max(24, W * 0.16);
+  var top = H * 0.04, tallest = (H - 2 * top) / (1 + this.mirror), step = Math.max(24, W * 0.16);
   for (var i = 0; i < n; i++) {
     var item = this.items[i], style = item.element.style, d = i - this.offset, a = Math.abs(d);
     if (a > SIDE + 1) {
@@ -226,7 +228,7 @@ Gallery.prototype.bind = function () {
   // A picture per step; at the ends the page scrolls instead.
   root.addEventListener('wheel', function (e) {
     var delta = Math.abs(e.deltaX) > Math.abs(e.deltaY) ? e.deltaX : e.deltaY;
-    delta *= [1, 33, 400][e.deltaMode] || 1;  // pixels, lines or pages
+    delta *= [1, 33, 400][e.deltaMode] || 1;  // lines/pages
     if (delta < 0 ? at() <= 0 : at() >= self.items.length - 1) return;
     e.preventDefault();
     self.wheel += delta;
