@@ -135,8 +135,18 @@ void CExtPropertyGridCtrl::EnableToolTips(bool enable) {
 void CExtPropertyGridCtrl::SetDpi(int dpi) {
     m_pm.SetDpi(dpi);
     m_tipHeight = 0;
+    FontsChanged();
+}
+
+void CExtPropertyGridCtrl::FontsChanged() {
+    // The paint manager made new fonts: hand them to the child windows.
     if (m_comboBar.GetHwnd()) SendMessageA(m_comboBar.GetHwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
     if (m_filterEdit) SendMessageA(m_filterEdit, WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
+    if (m_toolTipsEnabled) {
+        m_grid->EnableToolTips(false);
+        m_grid->EnableToolTips(true);
+    }
+    m_grid->CancelEdit();
     Layout();
     m_grid->RefreshCellExtents();
 }
@@ -566,11 +576,10 @@ LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lPa
             }
         }
         break;
-    case WM_SETTINGCHANGE:
+    case WM_SETTINGCHANGE:   // reaches child windows only when an owner passes it on
     case WM_THEMECHANGED:
         m_pm.Refresh();
-        Layout();
-        SendMessageA(m_grid->GetHwnd(), message, wParam, lParam);
+        FontsChanged();
         break;
     }
     return DefWindowProcA(m_hwnd, message, wParam, lParam);

@@ -106,6 +106,7 @@ private:
     void SendNotify(UINT code, CExtPropertyValue& item);
     void CreateToolbarTips();
     void ShowContextMenu(POINT screen);
+    void FontsChanged();
     static LRESULT CALLBACK FilterProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
     CExtGridPaintManager m_pm;

@@ -117,6 +117,7 @@ void CExtPropertyGridWnd::AddValueRows(CExtPropertyItem* item, int depth) {
 
 void CExtPropertyGridWnd::BuildRows() {
     m_rows.clear();
+    m_tipRow = m_tipColumn = -1;   // the tip's text is worked out again
     if (!m_store) return;
     if (m_sorted) {
         std::vector<CExtPropertyItem*> values;
@@ -552,6 +553,7 @@ void CExtPropertyGridWnd::EnableToolTips(bool enable) {
         DestroyWindow(m_toolTip);
         m_toolTip = nullptr;
     }
+    m_tipRow = m_tipColumn = -1;
 }
 
 void CExtPropertyGridWnd::UpdateToolTip(POINT point) {
@@ -1107,11 +1109,6 @@ LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
     }
     case WM_GETOBJECT:
         if (static_cast<LONG>(lParam) == static_cast<LONG>(OBJID_CLIENT)) return AccessibleResult(wParam);
-        break;
-    case WM_THEMECHANGED:
-    case WM_SETTINGCHANGE:
-        m_pm.Refresh();
-        InvalidateRect(m_hwnd, nullptr, FALSE);
         break;
     }
     return DefWindowProcA(m_hwnd, message, wParam, lParam);

@@ -1,6 +1,8 @@
 // What the rows paint: sampled from a bitmap the rows are printed into.
 #include "grid_fixture.h"
 
+#include <commctrl.h>
+
 class GridPainting : public GridFixture {
 protected:
     // Prints the rows into a bitmap and returns the colour at a client point.
@@ -88,4 +90,60 @@ TEST_F(GridPainting, ValuesInCollapsedCategoriesGetTheirBaselineToo) {
     value->ValueActiveGet()->SetText("b");
     Rows().Expand(RowOf("Hidden"), true);
     EXPECT_TRUE(value->IsModified());
+}
+
+namespace {
+struct ToolTipSearch {
+    HWND tool;    // the window the tip describes
+    HWND found;
+};
+
+BOOL CALLBACK CheckToolTip(HWND hwnd, LPARAM data) {
+    auto* search = reinterpret_cast<ToolTipSearch*>(data);
+    char name[64] = {};
+    GetClassNameA(hwnd, name, sizeof name);
+    if (lstrcmpiA(name, TOOLTIPS_CLASSA) != 0) return TRUE;
+    TTTOOLINFOA tool{};
+    tool.cbSize = TTTOOLINFOA_V1_SIZE;
+    tool.hwnd = search->tool;
+    tool.uId = 1;
+    if (SendMessageA(hwnd, TTM_GETTOOLINFOA, 0, reinterpret_cast<LPARAM>(&tool))) search->found = hwnd;
+    return search->found == nullptr;
+}
+
+// The tool tip window with a tool for the given window, or null.
+HWND FindOwnedToolTip(HWND tool) {
+    ToolTipSearch search{tool, nullptr};
+    EnumThreadWindows(GetCurrentThreadId(), CheckToolTip, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+std::string ToolTipText(HWND tip, HWND owner) {
+    char text[512] = {};
+    TTTOOLINFOA tool{};
+    tool.cbSize = TTTOOLINFOA_V1_SIZE;
+    tool.hwnd = owner;
+    tool.uId = 1;
+    tool.lpszText = text;
+    SendMessageA(tip, TTM_GETTEXTA, sizeof text, reinterpret_cast<LPARAM>(&tool));
+    return text;
+}
+}  // namespace
+
+TEST_F(GridPainting, ToolTipsCarryOnlyTextsThatDoNotFit) {
+    std::string longText(60, 'w');   // wider than the column, short enough to read back
+    CellOf<CExtGridCellString>("Title")->SetText(longText);
+    POINT title = ValuePoint("Title");
+    SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(title.x, title.y));
+    HWND tip = FindOwnedToolTip(RowsHwnd());
+    ASSERT_NE(tip, nullptr);
+    EXPECT_EQ(ToolTipText(tip, RowsHwnd()), longText);
+    POINT count = ValuePoint("Count");
+    SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(count.x, count.y));
+    EXPECT_EQ(ToolTipText(tip, RowsHwnd()), "");
+    m_ctrl->EnableToolTips(false);
+    EXPECT_EQ(FindOwnedToolTip(RowsHwnd()), nullptr);
+    SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(title.x, title.y));
+    EXPECT_EQ(FindOwnedToolTip(RowsHwnd()), nullptr);
+    EXPECT_EQ(FindOwnedToolTip(m_ctrl->GetHwnd()), nullptr);   // nor on the toolbar
 }
