@@ -3,9 +3,10 @@
 # driven by playwright-core; no browser is downloaded). Saves
 # build/screenshots/gallery.png. PWEXT overrides the pwext used to publish.
 set -euo pipefail
-cd "$(dirname "$0")/../../tests/browser"
+root="$(cd "$(dirname "$0")/../.." && pwd)"
+export PWEXT="$(realpath "${PWEXT:-$root/build/native/bin/pwext}")"
+cd "$root/tests/browser"
 if [ ! -d node_modules/playwright-core ]; then
   PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1 npm ci --no-audit --no-fund --loglevel=error
 fi
-export PWEXT="${PWEXT:-$PWD/../../build/native/bin/pwext}"
 exec node --test --test-concurrency=1 gallery.test.js
