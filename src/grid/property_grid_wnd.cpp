@@ -493,7 +493,7 @@ void CExtPropertyGridWnd::OnEditorListPicked(int index) {
     std::vector<std::string> entries = cell->GetListEntries();
     if (index < 0 || index >= static_cast<int>(entries.size())) return;
     CExtGridCellContext context = ContextForRow(m_focus);
-    if (cell->IsKindOf(CExtGridCellComboBox::kClass)) {
+    if (cell->IsKindOf(CExtGridCellComboBox::kClass) && index < static_cast<CExtGridCellComboBox*>(cell)->GetCount()) {
         // List cells pick by index, so that equal entries keep their position.
         static_cast<CExtGridCellComboBox*>(cell)->ApplySelection(context, index);
     } else if (entries[index] != cell->GetText()) {

@@ -428,6 +428,11 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     DeleteObject(bitmap);
     DeleteDC(mem);
     ReleaseDC(nullptr, screen);
+    // Picking a face from the list applies it at once.
+    SendMessageA(combo, CB_SETCURSEL, 0, 0);
+    SendMessageA(RowsHwnd(), WM_COMMAND, MAKEWPARAM(0, CBN_SELENDOK), reinterpret_cast<LPARAM>(combo));
+    EXPECT_EQ(cell->GetText(), faces.front());
+    ExpectOneEvent(PGN_VALUEAPPLIED, "Face", faces.front());
     SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
     SetWindowTextA(Rows().EditorHwnd(), faces.back().c_str());
     Key(VK_RETURN, Rows().EditorHwnd());
