@@ -1,0 +1,450 @@
+#!/usr/bin/env python3
+"""The plug-in DLL driven through the stand-in host under 32-bit Wine.
+
+    plugin_test.py --bin DIR --source DIR [--pwext PATH] [unittest options]
+
+DIR holds pwhost.exe, mfc42.dll (the stand-in run time), slidewave.dll, the
+test plug-ins built from definitions/ and pwimportcheck.exe. Drawing tests
+need a display (the win32 test stage runs under xvfb-run). --pwext names the
+native pwext for the cross-checks of records and HTML.
+"""
+import argparse
+import json
+import os
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BIN = SOURCE = PWEXT = None
+GREY = (128, 128, 128)
+WHITE = (255, 255, 255)
+MSXML_MESSAGE = "A problem occurred while loading MSXML.DLL!"
+
+
+def wine_env(overrides="mfc42=n"):
+    env = dict(os.environ)
+    env.setdefault("WINEPREFIX", os.path.join(SOURCE, "build", "wineprefix"))
+    env["WINEARCH"] = "win32"
+    env.setdefault("WINEDEBUG", "-all")
+    env["WINEDLLOVERRIDES"] = overrides
+    return env
+
+
+def windows_path(path):
+    """Wine's Z: drive is the Unix root."""
+    return "Z:" + os.path.abspath(path).replace("/", "\\")
+
+
+def run_wine(cmd, env):
+    """Runs a Windows program; returns (exit code, stdout bytes, stderr text).
+
+    Output goes through files, not pipes: Wine's own service processes,
+    started by whichever program comes first, inherit the handles and would
+    keep a pipe open long after the program ends."""
+    with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+        code = subprocess.run(["wine"] + cmd, stdin=subprocess.DEVNULL, stdout=out, stderr=err, env=env,
+                              timeout=300).returncode
+        out.seek(0)
+        err.seek(0)
+        return code, out.read(), err.read().decode("latin-1")
+
+
+def pwhost(dll, *args, host_dir=None, overrides="mfc42=n", env_extra=None, check=True):
+    """Runs pwhost; returns (exit code, stdout bytes, stderr text)."""
+    host_dir = host_dir or BIN
+    env = wine_env(overrides)
+    env.update(env_extra or {})
+    dll_path = dll if os.path.isabs(dll) else os.path.join(BIN, dll)
+    code, out, err = run_wine([os.path.join(host_dir, "pwhost.exe"), windows_path(dll_path)] + list(args), env)
+    if check and code != 0:
+        shown = " ".join(a if len(a) < 80 else a[:77] + "..." for a in args)
+        raise AssertionError(f"pwhost {shown} exited {code}: {err}")
+    return code, out, err
+
+
+def pwhost_json(dll, *args, **kw):
+    return json.loads(pwhost(dll, *args, **kw)[1].decode("latin-1"))
+
+
+def read_file(path):
+    with open(path, "rb") as f:
+        return f.read()
+
+
+def read_bmp(path):
+    """(width, height, rows of (r, g, b)) of a 24-bit BMP, top row first."""
+    data = read_file(path)
+    offset = struct.unpack_from("<I", data, 10)[0]
+    width, height = struct.unpack_from("<ii", data, 18)
+    bits = struct.unpack_from("<H", data, 28)[0]
+    assert bits == 24, bits
+    row = (width * 3 + 3) & ~3
+    rows = []
+    for y in range(abs(height)):
+        line = y if height < 0 else abs(height) - 1 - y
+        base = offset + line * row
+        rows.append([tuple(reversed(data[base + 3 * x: base + 3 * x + 3])) for x in range(width)])
+    return width, abs(height), rows
+
+
+def record_bytes(record_id, pairs, version=100):
+    def string(s):
+        n = len(s)
+        if n < 255:
+            head = bytes([n])
+        elif n < 0xFFFE:
+            head = b"\xff" + struct.pack("<H", n)
+        else:
+            head = b"\xff\xff\xff" + struct.pack("<I", n)
+        return head + s
+    body = struct.pack("<Ii", version, record_id) + struct.pack("<H", len(pairs))
+    return body + b"".join(string(k) + string(v) for k, v in pairs)
+
+
+class Scratch(unittest.TestCase):
+    def setUp(self):
+        self.dir = tempfile.mkdtemp(prefix="pwhost-")
+        self.addCleanup(shutil.rmtree, self.dir, True)
+
+    def path(self, name):
+        return os.path.join(self.dir, name)
+
+
+class SmallOperations(Scratch):
+    def test_info_of_the_built_in_definition(self):
+        self.assertEqual(pwhost_json("slidewave.dll", "info"), {
+            "version": 2, "minWidth": 50, "minHeight": 50, "useDiv": 0, "toolbarText": "Slidewave",
+            "urlCount": 0, "bkColor": "", "bkImage": "", "uniqueName": "", "pngFix": 0})
+
+    def test_root_attributes_are_read_literally(self):
+        # usediv counts only as the exact text "1"; sizes go through atoi.
+        cases = {"slidewave_test_plain.dll": (0, 0, 0),        # usediv="true", no sizes
+                 "slidewave_test_usediv_01.dll": (0, 0, 7),    # usediv="01", minwidth="abc"
+                 "slidewave_test_usediv_1.dll": (1, 120, -5)}
+        for dll, (use_div, width, height) in cases.items():
+            info = pwhost_json(dll, "info")
+            self.assertEqual((info["useDiv"], info["minWidth"], info["minHeight"]), (use_div, width, height), dll)
+
+    def test_toolbar_text_copies_like_lstrcpyn(self):
+        cases = [("slidewave.dll", 1, 1, ""), ("slidewave.dll", 5, 5, "Slid"), ("slidewave.dll", 64, 9, "Slidewave"),
+                 ("slidewave.dll", 0, 0, None), ("slidewave_test_usediv_01.dll", 1, 0, ""),
+                 ("slidewave_test_usediv_1.dll", 256, 256, "T" * 255)]
+        for dll, size, returned, text in cases:
+            got = pwhost_json(dll, "toolbar-text", str(size))
+            self.assertEqual((got["returned"], got["buffer"], got["guardIntact"]), (returned, text, True),
+                             (dll, size))
+        self.assertEqual(pwhost_json("slidewave_test_usediv_1.dll", "info")["toolbarText"], "T" * 255)
+
+    def test_delete_of_null_is_ignored(self):
+        self.assertEqual(pwhost_json("slidewave.dll", "delete-null"), {"returned": True})
+
+    def test_extension_module_and_strings_with_the_run_time(self):
+        # One CDynLinkLibrary while loaded, none after unloading; every
+        # string handed out was made by MFC and freed by the host.
+        self.assertEqual(pwhost_json("slidewave.dll", "runtime"), {
+            "librariesAfterLoad": 1, "librariesAfterUnload": 0, "liveStrings": 0, "foreignFrees": 0})
+
+    def test_run_time_without_the_bridge_ordinals(self):
+        partial = os.path.join(BIN, "partial-mfc42")
+        self.assertEqual(pwhost_json("slidewave.dll", "runtime", host_dir=partial)["librariesAfterLoad"], 0)
+        info = pwhost_json("slidewave.dll", "--set", "$fontsize$=12", "info", host_dir=partial)
+        self.assertEqual((info["toolbarText"], info["bkColor"], info["useDiv"]), ("Slidewave", "", 0))
+        self.assertEqual(pwhost("slidewave.dll", "html", "body", host_dir=partial)[1], b"")
+        pwhost("slidewave.dll", "save", self.path("empty.rec"), host_dir=partial)
+        self.assertEqual(read_file(self.path("empty.rec")), b"")
+
+    def test_an_msvc_host_links_and_calls_every_export(self):
+        code, out, err = run_wine([os.path.join(BIN, "pwimportcheck.exe")], wine_env())
+        out = out.decode("latin-1")
+        self.assertEqual(code, 0, out + err)
+        self.assertNotIn("FAIL", out)
+
+
+class ToolbarBitmap(Scratch):
+    def pixels(self, dll):
+        out = self.path(dll + ".bmp")
+        info = pwhost_json(dll, "toolbar-bitmap", out)
+        self.assertEqual((info["width"], info["height"], info["deviceDependent"], info["deleted"]),
+                         (16, 16, True, True))
+        return read_bmp(out)[2]
+
+    def test_the_definition_picture(self):
+        self.assertEqual(self.pixels("slidewave.dll"),
+                         read_bmp(os.path.join(SOURCE, "resources", "slidewave", "toolbar.bmp"))[2])
+
+    def test_resource_31550_without_a_usable_bitmap_element(self):
+        fallback = read_bmp(os.path.join(SOURCE, "resources", "win", "toolbar_fallback.bmp"))[2]
+        self.assertEqual(self.pixels("slidewave_test_plain.dll"), fallback)       # no BITMAP
+        self.assertEqual(self.pixels("slidewave_test_usediv_01.dll"), fallback)   # BITMAP not a "BM" file
+
+
+class Records(Scratch):
+    def save(self, *args, **kw):
+        out = self.path("saved.rec")
+        pwhost("slidewave.dll", *args, "save", out, **kw)
+        return read_file(out)
+
+    def write(self, name, data):
+        with open(self.path(name), "wb") as f:
+            f.write(data)
+        return self.path(name)
+
+    def test_untouched_object_stores_an_empty_map(self):
+        self.assertEqual(self.save(), record_bytes(0, []))
+
+    def test_store_load_round_trip_with_long_values(self):
+        # 255 bytes takes the three-byte length; 70000 the seven-byte one
+        # (too long for a command line: it comes in as a record).
+        long_value = self.write("long.rec", record_bytes(3, [(b"$fontsize$", b"x" * 70000)]))
+        first = self.save("--record", long_value, "--set", "$fontname$=" + "V" * 255, "--set", "$unknown$=kept")
+        self.assertEqual(first[:8], struct.pack("<Ii", 100, 3))
+        self.assertIn(b"\xff\xff\x00" + b"V" * 255, first)
+        self.assertIn(b"\xff\xff\xff" + struct.pack("<I", 70000) + b"x" * 70000, first)
+        self.assertIn(b"\x09$unknown$\x04kept", first)
+        again = self.save("--record", self.write("first.rec", first))
+        self.assertEqual(again, first)
+
+    def test_version_is_not_checked_and_id_is_kept(self):
+        rec = self.write("v7.rec", record_bytes(42, [(b"$fontsize$", b"14")], version=7))
+        self.assertEqual(self.save("--record", rec), record_bytes(42, [(b"$fontsize$", b"14")]))
+
+    def test_record_ending_early_raises_the_archive_exception(self):
+        whole = record_bytes(7, [(b"$fontsize$", b"14"), (b"$fontname$", b"Verdana")])
+        for cut in (3, 9, 12, len(whole) - 1):
+            for buffer in ("4096", "3"):
+                rec = self.write("cut.rec", whole[:cut])
+                code, _, err = pwhost("slidewave.dll", "--record", rec, "save", self.path("after.rec"),
+                                      env_extra={"PWHOST_ARCHIVE_BUFFER": buffer})
+                self.assertIn("Serialize raised CArchiveException cause 3", err, (cut, buffer))
+                kept = read_file(self.path("after.rec"))
+                expected_pairs = [(b"$fontsize$", b"14")] if cut > 24 else []
+                expected_id = 7 if cut >= 8 else 0
+                self.assertEqual(kept, record_bytes(expected_id, expected_pairs), (cut, buffer))
+
+    def test_garbled_counts_do_not_allocate_what_they_claim(self):
+        huge = struct.pack("<Ii", 100, 1) + b"\xff\xff" + struct.pack("<I", 0xFFFFFFF0) + b"\xff\xff\xff" + \
+            struct.pack("<I", 0x7FFFFFF0) + b"abc"
+        code, _, err = pwhost("slidewave.dll", "--record", self.write("huge.rec", huge), "info")
+        self.assertIn("cause 3", err)
+
+    def test_pwext_reads_what_the_dll_stores_and_back(self):
+        if not PWEXT or not pwext_has("record"):
+            self.skipTest("native pwext has no record command")
+        stored = self.save("--set", "$fontsize$=14", "--set", "$backgroundcolor$=#102030")
+        rec = self.write("dll.rec", stored)
+        done = subprocess.run([PWEXT, "record", "read", rec], capture_output=True, timeout=60)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        read = json.loads(done.stdout.decode("latin-1"))
+        self.assertEqual(read["version"], 100)
+        self.assertEqual(dict(read["pairs"]) if isinstance(read["pairs"], list) else read["pairs"],
+                         {"$fontsize$": "14", "$backgroundcolor$": "#102030"})
+
+
+def pwext_has(command):
+    done = subprocess.run([PWEXT, "--help"], capture_output=True, timeout=60)
+    return re.search(rb"^\s*" + command.encode() + rb"\b", done.stdout + done.stderr, re.M) is not None
+
+
+GALLERY = ('<?xml version="1.0"?><GALLERY><IMAGE><FILENAME>{a}</FILENAME><TITLE>First &amp; best</TITLE></IMAGE>'
+           '<IMAGE><FILENAME>{b}</FILENAME></IMAGE></GALLERY>')
+
+
+class Html(Scratch):
+    def test_templates_with_values(self):
+        dll = "slidewave_test_plain.dll"
+        self.assertEqual(pwhost(dll, "--set", "$caption$=Hi", "html", "head")[1], b'<meta name="plain" content="Hi">')
+        self.assertEqual(pwhost(dll, "--set", "$caption$=Hi", "html", "body")[1],
+                         b'<a href="index.html">Hi</a> <a href="http://example.com/more">more</a>')
+        self.assertEqual(pwhost(dll, "html", "tail")[1], b"<!-- tail Hello & welcome -->")
+
+    def test_geometry_variables_reach_the_host(self):
+        body = pwhost("slidewave.dll", "html", "body")[1]
+        for name in (b"$LEFT$", b"$TOP$", b"$WIDTH$", b"$HEIGHT$", b"$Z_INDEX$"):
+            self.assertIn(name, body)
+
+    def test_gallery_through_msxml_with_published_names(self):
+        images = GALLERY.format(a="C:\\pics\\a.jpg", b="D:\\x\\b.png")
+        for context in ("pics", "pics/", "pics//"):
+            body = pwhost("slidewave.dll", "--set", "$images$=" + images, "html", "body", "--publish", context)[1]
+            self.assertIn(b'src="pics/a.jpg"', body)
+            self.assertIn(b'longdesc="pics/b.png"', body)
+            self.assertIn(b'alt="First &amp; best"', body)
+            self.assertNotIn(b"<?xml", body)
+        body = pwhost("slidewave.dll", "--set", "$images$=" + images, "--set", "$enablereflection$=true",
+                      "html", "body")[1]
+        self.assertIn(b'src="reflect.php?img=/a.jpg"', body)
+
+    def test_missing_xml_component_shows_the_message_each_time(self):
+        images = GALLERY.format(a="C:\\a.jpg", b="C:\\b.jpg")
+        code, body, err = pwhost("slidewave.dll", "--set", "$images$=" + images, "html", "body",
+                                 overrides="mfc42=n;msxml3=d")
+        boxes = [line for line in err.splitlines() if "message box" in line]
+        self.assertGreaterEqual(len(boxes), 2, err)  # loading the record, then GetHtml
+        for line in boxes:
+            self.assertEqual(line, f'pwhost: message box 0x00000010 "{MSXML_MESSAGE}" ""')
+        self.assertNotIn(b"a.jpg", body)
+        self.assertIn(b'<div id="images">', body)
+
+    def test_same_html_as_native_pwext(self):
+        if not PWEXT or not pwext_has("html"):
+            self.skipTest("native pwext has no html command")
+        images = GALLERY.format(a="C:\\pics\\a.jpg", b="C:\\pics\\b.png")
+        sets = ["--set", "$images$=" + images, "--set", "$fontsize$=14", "--set", "$textcolor$=#FF0000"]
+        squeeze = lambda b: re.sub(rb"\s+", b" ", b).strip()
+        for part, extra in (("body", ["--publish", "gallery"]), ("head", []), ("tail", [])):
+            dll_html = pwhost("slidewave.dll", *sets, "html", part, *extra)[1]
+            done = subprocess.run([PWEXT, "html", part, *sets[::1], *extra], capture_output=True, timeout=60)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual(squeeze(dll_html), squeeze(done.stdout), part)
+
+
+class Links(Scratch):
+    def test_urls_are_enumerated_and_rewritten(self):
+        dll = "slidewave_test_plain.dll"
+        self.assertEqual(pwhost_json(dll, "urls"),
+                         {"count": 2, "urls": ["index.html", "http://example.com/more"], "values": {}})
+        got = pwhost_json(dll, "urls", "--set-url", "1=other.html", "--set-url", "9=ignored")
+        self.assertEqual(got["urls"], ["index.html", "other.html"])
+        self.assertEqual(got["values"], {"$more$": "other.html"})
+        self.assertEqual(pwhost_json("slidewave.dll", "urls"), {"count": 0, "urls": [], "values": {}})
+
+
+class CopyFiles(Scratch):
+    def test_payload_and_images_are_published(self):
+        picture = self.path("holiday.jpg")
+        with open(picture, "wb") as f:
+            f.write(b"\xff\xd8 not really a jpeg")
+        # The host makes both folders before publishing.
+        output = self.path("site/out")
+        images = self.path("site/out/pics")
+        os.makedirs(images)
+        gallery = GALLERY.format(a=windows_path(picture), b=windows_path(picture))
+        got = pwhost_json("slidewave.dll", "--set", "$images$=" + gallery, "--set", "$backgroundcolor$=#123456",
+                          "copy-files", windows_path(output), windows_path(images))
+        self.assertEqual(got, {"returned": 1})
+        published = set(os.listdir(output))
+        for name in ("slidewave.css", "slidewave.js", "reflect.php", "loading.gif", "slider.png"):
+            self.assertIn(name, published)
+        self.assertIn(b"#123456", read_file(os.path.join(output, "slidewave.css")))
+        self.assertEqual(read_file(os.path.join(images, "holiday.jpg")), b"\xff\xd8 not really a jpeg")
+        # Publishing again overwrites.
+        got = pwhost_json("slidewave.dll", "copy-files", windows_path(output), windows_path(images))
+        self.assertEqual(got, {"returned": 1})
+        self.assertNotIn(b"#123456", read_file(os.path.join(output, "slidewave.css")))
+
+
+class Drawing(Scratch):
+    def draw(self, dll, width, height, rect=None):
+        out = self.path("draw.bmp")
+        args = ["draw", out, str(width), str(height)] + (["--rect", rect] if rect else [])
+        self.assertEqual(pwhost_json(dll, *args), {"dcRestored": True})
+        return read_bmp(out)[2]
+
+    def frame_and_inside(self, px, left, top, right, bottom):
+        """Checks the grey frame on the rectangle's outermost pixels and white
+        outside it; returns the set of non-white pixels inside the frame."""
+        for y, row in enumerate(px):
+            for x, colour in enumerate(row):
+                inside = left <= x < right and top <= y < bottom
+                edge = inside and (x in (left, right - 1) or y in (top, bottom - 1))
+                if edge:
+                    self.assertEqual(colour, GREY, (x, y))
+                elif not inside:
+                    self.assertEqual(colour, WHITE, (x, y))
+        return {(x, y) for y in range(top + 1, bottom - 1) for x in range(left + 1, right - 1)
+                if px[y][x] != WHITE}
+
+    def test_placeholder_text_and_frame(self):
+        px = self.draw("slidewave.dll", 220, 60, "10,5,210,55")
+        ink = self.frame_and_inside(px, 10, 5, 210, 55)
+        self.assertTrue(ink, "no text drawn")
+        xs = [x for x, _ in ink]
+        ys = [y for _, y in ink]
+        # Centred both ways, one line, grey only (no background, no colour).
+        self.assertLess(abs((min(xs) + max(xs)) / 2 - 110), 4)
+        self.assertLess(abs((min(ys) + max(ys)) / 2 - 30), 4)
+        self.assertLess(max(ys) - min(ys), 16)
+        for x, y in ink:
+            r, g, b = px[y][x]
+            self.assertTrue(r == g == b and r >= 128, px[y][x])
+
+    def test_reversed_rectangle_is_normalised(self):
+        self.assertEqual(self.draw("slidewave.dll", 220, 60, "210,55,10,5"),
+                         self.draw("slidewave.dll", 220, 60, "10,5,210,55"))
+
+    def test_long_text_is_cut_on_one_line(self):
+        px = self.draw("slidewave_test_plain.dll", 120, 40, "5,5,115,35")
+        ink = self.frame_and_inside(px, 5, 5, 115, 35)
+        ys = [y for _, y in ink]
+        self.assertTrue(ink)
+        self.assertLess(max(ys) - min(ys), 16)
+
+    def test_empty_text_draws_only_the_frame(self):
+        px = self.draw("slidewave_test_usediv_1.dll", 50, 30)
+        self.assertEqual(self.frame_and_inside(px, 0, 0, 50, 30), set())
+
+    def test_picture_method_without_picture_draws_nothing(self):
+        px = self.draw("slidewave_test_usediv_01.dll", 50, 30)
+        self.assertTrue(all(c == WHITE for row in px for c in row))
+
+
+class BinaryInterface(unittest.TestCase):
+    SYSTEM_DLLS = {"kernel32.dll", "user32.dll", "gdi32.dll", "ole32.dll", "oleaut32.dll", "msvcrt.dll",
+                   "advapi32.dll", "comctl32.dll", "comdlg32.dll", "shell32.dll", "shlwapi.dll", "urlmon.dll",
+                   "version.dll", "uxtheme.dll", "imm32.dll", "winmm.dll"}
+
+    def objdump(self, dll):
+        done = subprocess.run(["i686-w64-mingw32-objdump", "-p", os.path.join(BIN, dll)], capture_output=True,
+                              timeout=60, check=True)
+        return done.stdout.decode("latin-1")
+
+    def test_imports_are_system_dlls_only(self):
+        for dll in ("slidewave.dll", "slidewave_test_plain.dll"):
+            imported = {m.lower() for m in re.findall(r"DLL Name: (\S+)", self.objdump(dll))}
+            self.assertTrue(imported, dll)
+            self.assertLessEqual(imported, self.SYSTEM_DLLS, dll)
+            for bound_at_run_time in ("mfc42.dll", "gdiplus.dll", "msimg32.dll"):
+                self.assertNotIn(bound_at_run_time, imported)
+
+    def test_exports(self):
+        dump = self.objdump("slidewave.dll")
+        table = dump[dump.index("[Ordinal/Name Pointer] Table"):]
+        names = set(re.findall(r"^\s+\[\s*\d+\]\s+(\S+)$", table, re.M))
+        for plain in ("CreateExtensionObject", "DeleteExtensionObject", "GetToolbarBitmap", "GetToolbarText"):
+            self.assertIn(plain, names)
+        for decorated in ("??0CPagewrightExtension@@QAE@XZ", "??1CPagewrightExtension@@UAE@XZ",
+                          "??_7CPagewrightExtension@@6B@", "?GetVersion@CPagewrightExtension@@UAEHXZ",
+                          "?Serialize@CPagewrightExtension@@UAEXAAVCArchive@@@Z",
+                          "?ReplaceVariables@CPagewrightExtension@@IAEXAAVCString@@@Z"):
+            self.assertIn(decorated, names)
+        self.assertEqual(len(names), 4 + 2 + 1 + 21 + 5)
+
+
+def setUpModule():
+    # One wine server for the whole run (it ends a few seconds after the
+    # last test); starting one per call would dominate the run time. The
+    # first program after a fresh start may wait for the prefix to be
+    # brought up to date, so a throw-away run comes first.
+    quiet = dict(stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    subprocess.run(["wineserver", "-p5"], env=wine_env(), timeout=60, **quiet)
+    subprocess.run(["wine", os.path.join(BIN, "pwhost.exe")], env=wine_env(), timeout=300, **quiet)
+
+
+def main():
+    global BIN, SOURCE, PWEXT
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--bin", required=True)
+    parser.add_argument("--source", required=True)
+    parser.add_argument("--pwext")
+    args, rest = parser.parse_known_args()
+    BIN, SOURCE = os.path.abspath(args.bin), os.path.abspath(args.source)
+    PWEXT = args.pwext if args.pwext and os.path.exists(args.pwext) else None
+    unittest.main(argv=[sys.argv[0]] + rest, verbosity=2)
+
+
+if __name__ == "__main__":
+    main()
