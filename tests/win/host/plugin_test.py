@@ -139,6 +139,10 @@ class SmallOperations(Scratch):
                              (dll, size))
         self.assertEqual(pwhost_json("slidewave_test_usediv_1.dll", "info")["toolbarText"], "T" * 255)
 
+    def test_null_and_out_of_range_arguments(self):
+        got = pwhost_json("slidewave_test_plain.dll", "odd-arguments")
+        self.assertEqual(got, {"survived": True, "urlLength": 0, "toolbarNull": 5, "toolbarNegative": -3})
+
     def test_delete_of_null_is_ignored(self):
         self.assertEqual(pwhost_json("slidewave.dll", "delete-null"), {"returned": True})
 
@@ -225,6 +229,15 @@ class Records(Scratch):
                 expected_id = 7 if cut >= 8 else 0
                 self.assertEqual(kept, record_bytes(expected_id, expected_pairs), (cut, buffer))
 
+    def test_random_bytes_never_crash(self):
+        import random
+        generator = random.Random(1234)
+        for i in range(6):
+            junk = bytes(generator.randrange(256) for _ in range(generator.randrange(1, 200)))
+            code, _, err = pwhost("slidewave.dll", "--record", self.write(f"junk{i}.rec", junk), "info", check=False)
+            self.assertEqual(code, 0, err)
+            self.assertNotIn("crashed", err)
+
     def test_garbled_counts_do_not_allocate_what_they_claim(self):
         huge = struct.pack("<Ii", 100, 1) + b"\xff\xff" + struct.pack("<I", 0xFFFFFFF0) + b"\xff\xff\xff" + \
             struct.pack("<I", 0x7FFFFFF0) + b"abc"
@@ -260,6 +273,15 @@ class Html(Scratch):
         self.assertEqual(pwhost(dll, "--set", "$caption$=Hi", "html", "body")[1],
                          b'<a href="index.html">Hi</a> <a href="http://example.com/more">more</a>')
         self.assertEqual(pwhost(dll, "html", "tail")[1], b"<!-- tail Hello & welcome -->")
+
+    def test_strings_cross_the_boundary_binary_safe(self):
+        # A value with a zero byte and bytes above 127 comes back whole: the
+        # host's CString is built with its length, not up to the first zero.
+        rec = os.path.join(self.dir, "zero.rec")
+        with open(rec, "wb") as f:
+            f.write(record_bytes(0, [(b"$caption$", b"a\x00b\xe9c")]))
+        self.assertEqual(pwhost("slidewave_test_plain.dll", "--record", rec, "html", "tail")[1],
+                         b"<!-- tail a\x00b\xe9c -->")
 
     def test_geometry_variables_reach_the_host(self):
         body = pwhost("slidewave.dll", "html", "body")[1]

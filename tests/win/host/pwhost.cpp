@@ -20,6 +20,7 @@
 //   properties                the Properties dialog over a real window
 //   runtime                   checks of the shared run time (see below)
 //   delete-null               DeleteExtensionObject(nullptr)
+//   odd-arguments             every operation with null and out-of-range arguments
 //
 // Exit codes: 0 done, 1 the plug-in misbehaved, 2 bad command line.
 #include "extension_interface.h"
@@ -351,6 +352,33 @@ int CommandRuntime(Plugin& plugin) {
     return 0;
 }
 
+// A careless host: null pointers and indexes out of range everywhere the
+// declaration allows them. The plug-in must answer with empty results.
+int CommandOddArguments(Plugin& plugin) {
+    CPagewrightExtension* o = plugin.object;
+    o->Draw(nullptr, nullptr);
+    RECT rect = {0, 0, 10, 10};
+    o->Draw(nullptr, &rect);
+    o->Move(nullptr);
+    CString html = o->GetHtml(nullptr);
+    o->CopyFiles(nullptr, nullptr);
+    o->SetUniqueName(nullptr);
+    o->SetSiteStructure(nullptr);
+    o->SetURL(-1, nullptr);
+    o->SetURL(1000000, "x");
+    CString url = o->GetURL(-5);
+    CString beyond = o->GetURL(0x7fffffff);
+    // Null references cannot be written in C++: through the slot instead.
+    typedef void(__thiscall * MinimumSizeSlot)(CPagewrightExtension*, int*, int*);
+    reinterpret_cast<MinimumSizeSlot>((*reinterpret_cast<void***>(o))[10])(o, nullptr, nullptr);
+    o->SetID(-1);
+    int size = plugin.toolbarText(nullptr, 16);
+    int negative = plugin.toolbarText(nullptr, -3);
+    printf("{\"survived\":true,\"urlLength\":%d,\"toolbarNull\":%d,\"toolbarNegative\":%d}\n",
+           url.GetLength() + beyond.GetLength(), size, negative);
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -453,6 +481,8 @@ int main(int argc, char** argv) {
         code = CommandDraw(plugin, restc, rest);
     } else if (strcmp(command, "properties") == 0 && restc == 0) {
         code = CommandProperties(plugin);
+    } else if (strcmp(command, "odd-arguments") == 0 && restc == 0) {
+        code = CommandOddArguments(plugin);
     } else if (strcmp(command, "runtime") == 0 && restc == 0) {
         return CommandRuntime(plugin);
     } else {

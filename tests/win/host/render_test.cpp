@@ -1,0 +1,156 @@
+// The bitmap reader and the placeholder, tested in-process under Wine.
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "render/bitmap_stream_reader.h"
+#include "render/placeholder_drawing.h"
+
+namespace {
+
+void Put16(std::string& s, std::uint16_t v) { s.append(reinterpret_cast<const char*>(&v), 2); }
+void Put32(std::string& s, std::uint32_t v) { s.append(reinterpret_cast<const char*>(&v), 4); }
+
+// A ".bmp" file: file header (with a deliberately wrong offset field), info
+// header, colour entries, pixel rows as given.
+std::string BmpFile(int width, int height, int bits, std::uint32_t compression, std::uint32_t coloursUsed,
+                    const std::vector<std::uint32_t>& colours, const std::string& pixels) {
+    std::string info;
+    Put32(info, 40);
+    Put32(info, static_cast<std::uint32_t>(width));
+    Put32(info, static_cast<std::uint32_t>(height));
+    Put16(info, 1);
+    Put16(info, static_cast<std::uint16_t>(bits));
+    Put32(info, compression);
+    Put32(info, static_cast<std::uint32_t>(pixels.size()));
+    Put32(info, 2835);
+    Put32(info, 2835);
+    Put32(info, coloursUsed);
+    Put32(info, 0);
+    for (std::uint32_t c : colours) Put32(info, c);
+    std::string file = "BM";
+    Put32(file, static_cast<std::uint32_t>(14 + info.size() + pixels.size()));
+    Put32(file, 0);
+    Put32(file, 9999);  // bits offset: never used by the reader
+    return file + info + pixels;
+}
+
+// The bitmap's pixels as 0xRRGGBB, top row first.
+std::vector<std::uint32_t> Pixels(HBITMAP bitmap, int width, int height) {
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
+    HDC screen = GetDC(nullptr);
+    GetDIBits(screen, bitmap, 0, height, pixels.data(), &info, DIB_RGB_COLORS);
+    ReleaseDC(nullptr, screen);
+    for (auto& p : pixels) p &= 0xffffff;
+    return pixels;
+}
+
+struct Loaded {
+    bool ok;
+    std::vector<std::uint32_t> pixels;
+};
+
+Loaded Load(const std::string& file, int width, int height) {
+    HBITMAP bitmap = nullptr;
+    bool ok = LoadBitmapFromStream(file, &bitmap);
+    Loaded result{ok, {}};
+    if (ok) {
+        result.pixels = Pixels(bitmap, width, height);
+        DeleteObject(bitmap);
+    }
+    return result;
+}
+
+TEST(LoadBitmapFromStream, TwentyFourBitsBottomUp) {
+    // Rows bottom-up, BGR, padded to four bytes.
+    std::string pixels("\x00\x00\xff" "\x00\xff\x00" "\0\0", 8);         // bottom: red, green
+    pixels += std::string("\xff\x00\x00" "\xff\xff\xff" "\0\0", 8);      // top: blue, white
+    Loaded got = Load(BmpFile(2, 2, 24, BI_RGB, 0, {}, pixels), 2, 2);
+    ASSERT_TRUE(got.ok);
+    EXPECT_EQ(got.pixels, (std::vector<std::uint32_t>{0x0000ff, 0xffffff, 0xff0000, 0x00ff00}));
+}
+
+TEST(LoadBitmapFromStream, PaletteSizeFromBitCountOrColoursUsed) {
+    // 8 bits with biClrUsed 0: 256 entries precede the pixels.
+    std::vector<std::uint32_t> palette(256, 0);
+    palette[7] = 0x123456;
+    std::string row("\x07\x00\x00\x00", 4);
+    Loaded full = Load(BmpFile(1, 1, 8, BI_RGB, 0, palette, row), 1, 1);
+    ASSERT_TRUE(full.ok);
+    EXPECT_EQ(full.pixels[0], 0x123456u);
+
+    // biClrUsed 2: only two entries.
+    Loaded two = Load(BmpFile(1, 1, 8, BI_RGB, 2, {0x000000, 0xabcdef}, std::string("\x01\0\0\0", 4)), 1, 1);
+    ASSERT_TRUE(two.ok);
+    EXPECT_EQ(two.pixels[0], 0xabcdefu);
+}
+
+TEST(LoadBitmapFromStream, BitfieldsMasksPrecedeThePixels) {
+    // 16 bits, 5-6-5: pure green is 0x07E0.
+    Loaded got = Load(BmpFile(1, 1, 16, BI_BITFIELDS, 0, {0xF800, 0x07E0, 0x001F}, std::string("\xe0\x07\0\0", 4)),
+                      1, 1);
+    ASSERT_TRUE(got.ok);
+    EXPECT_EQ(got.pixels[0], 0x00ff00u);
+}
+
+TEST(LoadBitmapFromStream, RefusesWhatIsNotABitmapOrTooShort) {
+    std::string good = BmpFile(2, 2, 24, BI_RGB, 0, {}, std::string(16, '\x40'));
+    HBITMAP bitmap = nullptr;
+    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 13), &bitmap));          // under 14 bytes
+    EXPECT_FALSE(LoadBitmapFromStream("XM" + good.substr(2), &bitmap));       // not "BM"
+    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 14 + 39), &bitmap));     // header cut
+    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, good.size() - 1), &bitmap));  // pixels cut
+    EXPECT_FALSE(LoadBitmapFromStream(BmpFile(1, 1, 8, BI_RGB, 0, {1, 2, 3}, "\0\0\0\0"), &bitmap));  // palette cut
+    EXPECT_FALSE(LoadBitmapFromStream(BmpFile(0x7fffffff, 0x7fffffff, 32, BI_RGB, 0, {}, "1234"), &bitmap));
+    EXPECT_FALSE(LoadBitmapFromStream(good, nullptr));
+    EXPECT_EQ(bitmap, nullptr);
+}
+
+TEST(DrawPlaceholder, GivesTheDeviceContextBackAsItWas) {
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = 40;
+    info.bmiHeader.biHeight = -20;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    HDC dc = CreateCompatibleDC(nullptr);
+    HBITMAP surface = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    HGDIOBJ old = SelectObject(dc, surface);
+    SetBkColor(dc, RGB(1, 2, 3));
+    SetTextColor(dc, RGB(4, 5, 6));
+    SetBkMode(dc, OPAQUE);
+    HGDIOBJ font = GetCurrentObject(dc, OBJ_FONT);
+
+    RECT rect = {30, 15, 5, 2};  // reversed both ways
+    DrawPlaceholder(dc, rect, "text");
+    GdiFlush();
+
+    EXPECT_EQ(GetBkColor(dc), RGB(1, 2, 3));
+    EXPECT_EQ(GetTextColor(dc), RGB(4, 5, 6));
+    EXPECT_EQ(GetBkMode(dc), OPAQUE);
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_FONT), font);
+    // The frame sits on the normalised rectangle's outermost pixels.
+    auto pixel = [&](int x, int y) { return static_cast<std::uint32_t*>(bits)[y * 40 + x] & 0xffffff; };
+    EXPECT_EQ(pixel(5, 2), 0x808080u);
+    EXPECT_EQ(pixel(29, 14), 0x808080u);
+    EXPECT_EQ(pixel(4, 2), 0u);
+    EXPECT_EQ(pixel(30, 14), 0u);
+    EXPECT_EQ(pixel(29, 15), 0u);
+
+    SelectObject(dc, old);
+    DeleteObject(surface);
+    DeleteDC(dc);
+}
+
+}  // namespace
