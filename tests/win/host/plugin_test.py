@@ -143,6 +143,9 @@ class SmallOperations(Scratch):
         got = pwhost_json("slidewave_test_plain.dll", "odd-arguments")
         self.assertEqual(got, {"survived": True, "urlLength": 0, "toolbarNull": 5, "toolbarNegative": -3})
 
+    def test_properties_with_a_real_parent_window(self):
+        self.assertEqual(pwhost_json("slidewave.dll", "properties"), {"returned": True})
+
     def test_delete_of_null_is_ignored(self):
         self.assertEqual(pwhost_json("slidewave.dll", "delete-null"), {"returned": True})
 
