@@ -8,18 +8,9 @@
 
 #include "win/extension_object.h"
 #include "win/mfc42_runtime.h"
-
-#define PW_THISCALL __attribute__((thiscall))
+#include "win/thiscall.h"
 
 using mfc42::CStringLayout;
-
-namespace {
-
-CExtensionEngine* EngineOf(CPagewrightExtension* self) {
-    return self && self->parts ? &self->parts->engine : nullptr;
-}
-
-}  // namespace
 
 extern "C" {
 

@@ -33,3 +33,8 @@ extern "C" const void* const PwExtensionSlots[22];
 CPagewrightExtension* ConstructExtension(CPagewrightExtension* self);
 // Destroys the parts; the memory itself is the caller's.
 void DestroyExtension(CPagewrightExtension* self);
+
+// The engine behind an object, or null for a null or failed object.
+inline CExtensionEngine* EngineOf(CPagewrightExtension* self) {
+    return self && self->parts ? &self->parts->engine : nullptr;
+}

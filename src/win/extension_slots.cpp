@@ -16,16 +16,11 @@
 #include "win/archive_byte_stream.h"
 #include "win/extension_object.h"
 #include "win/mfc42_runtime.h"
-
-#define PW_THISCALL __attribute__((thiscall))
+#include "win/thiscall.h"
 
 using mfc42::CStringLayout;
 
 namespace {
-
-CExtensionEngine* EngineOf(CPagewrightExtension* self) {
-    return self && self->parts ? &self->parts->engine : nullptr;
-}
 
 // Fills the host's result slot; an empty string when there is no text.
 CStringLayout* Return(CStringLayout* result, const std::string& text) {

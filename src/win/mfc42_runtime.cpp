@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "win/thiscall.h"
+
 namespace mfc42 {
 namespace {
 
@@ -20,7 +22,6 @@ enum Ordinal : WORD {
     kDynLinkLibrary = 342,          // CDynLinkLibrary(module&, BOOL)
 };
 
-#define PW_THISCALL __attribute__((thiscall))
 using StringDefaultFn = void*(PW_THISCALL*)(CStringLayout* self);
 using StringFromBytesFn = void*(PW_THISCALL*)(CStringLayout* self, const char* text, int length);
 using GetBufferSetLengthFn = char*(PW_THISCALL*)(CStringLayout* self, int length);

@@ -10,6 +10,7 @@
 #include "win/definition_resource.h"
 #include "win/extension_object.h"
 #include "win/own_module.h"
+#include "win/thiscall.h"
 #include "xml/base64.h"
 #include "xml/xml_document.h"
 
@@ -51,7 +52,7 @@ CPagewrightExtension* CreateExtensionObject() {
 // Destroys through slot 0 with the freeing flag, as the host's own delete would.
 void DeleteExtensionObject(CPagewrightExtension* object) {
     if (!object) return;
-    using DeletingDestructor = void*(__attribute__((thiscall)) *)(CPagewrightExtension*, unsigned);
+    using DeletingDestructor = void*(PW_THISCALL*)(CPagewrightExtension*, unsigned);
     reinterpret_cast<DeletingDestructor>(const_cast<void*>(object->slots[0]))(object, 1);
 }
 
