@@ -461,6 +461,11 @@ class BinaryInterface(unittest.TestCase):
             for bound_at_run_time in ("mfc42.dll", "gdiplus.dll", "msimg32.dll"):
                 self.assertNotIn(bound_at_run_time, imported)
 
+    def test_version_information(self):
+        data = read_file(os.path.join(BIN, "slidewave.dll"))
+        for text in ("VS_VERSION_INFO", "OriginalFilename", "slidewave.dll", "FileVersion", "1.0.0.0"):
+            self.assertIn(text.encode("utf-16-le"), data, text)
+
     def test_exports(self):
         dump = self.objdump("slidewave.dll")
         table = dump[dump.index("[Ordinal/Name Pointer] Table"):]
