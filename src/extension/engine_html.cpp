@@ -107,9 +107,10 @@ std::string CExtensionEngine::GetHtml(const char* context) {
 }
 
 std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::string_view value, int keepPaths) {
-    // An empty list is never an XML document: no markup, and no reason to
-    // start the XML component at all.
-    if (value.empty() || !services_.transformer) return std::string();
+    // The XML component is started even for an empty list (it then fails to
+    // load and gives no markup), so a missing component is reported
+    // whenever a gallery is generated.
+    if (!services_.transformer) return std::string();
 
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
     std::string list = keepPaths ? std::string(value) : RewriteImageListForPage(value, pageContext_, Separator());
