@@ -266,3 +266,22 @@ CExtGridPaintManager& GridPaintManager() {
     static CExtGridPaintManager manager;
     return manager;
 }
+
+void CExtGridPaintManager::PaintBuffered(HWND hwnd, const std::function<void(HDC, const RECT&)>& paint) {
+    PAINTSTRUCT ps;
+    HDC dc = BeginPaint(hwnd, &ps);
+    RECT client;
+    GetClientRect(hwnd, &client);
+    if (client.right > 0 && client.bottom > 0) {
+        HDC mem = CreateCompatibleDC(dc);
+        HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);
+        HGDIOBJ old = SelectObject(mem, bitmap);
+        paint(mem, ps.rcPaint);
+        const RECT& r = ps.rcPaint;
+        BitBlt(dc, r.left, r.top, r.right - r.left, r.bottom - r.top, mem, r.left, r.top, SRCCOPY);
+        SelectObject(mem, old);
+        DeleteObject(bitmap);
+        DeleteDC(mem);
+    }
+    EndPaint(hwnd, &ps);
+}

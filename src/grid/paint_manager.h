@@ -4,6 +4,8 @@
 // drawing otherwise. Every size is given at 96 DPI and scaled to the grid's DPI.
 #include <windows.h>
 
+#include <functional>
+
 #include "grid/grid_cell.h"
 
 class CExtGridPaintManager {
@@ -36,6 +38,10 @@ public:
     static COLORREF LineColor() { return GetSysColor(COLOR_3DFACE); }
 
     static void FillSolid(HDC dc, const RECT& rect, COLORREF color);
+    // Answers WM_PAINT without flicker: paint draws into an off-screen bitmap
+    // of the client area's size (dirty is the part that must be redrawn),
+    // which is then copied to the window in one step.
+    static void PaintBuffered(HWND hwnd, const std::function<void(HDC dc, const RECT& dirty)>& paint);
     void DrawCheckBox(HDC dc, const RECT& rect, bool checked, bool enabled) const;
     // The plus/minus box or the themed triangle that opens a category.
     void DrawExpander(HDC dc, const RECT& rect, bool expanded) const;

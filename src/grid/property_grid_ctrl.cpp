@@ -474,24 +474,9 @@ LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lPa
         Layout();
         return 0;
     case WM_ERASEBKGND: return 1;
-    case WM_PAINT: {
-        PAINTSTRUCT ps;
-        HDC dc = BeginPaint(m_hwnd, &ps);
-        RECT client;
-        GetClientRect(m_hwnd, &client);
-        if (client.right > 0 && client.bottom > 0) {
-            HDC mem = CreateCompatibleDC(dc);
-            HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);
-            HGDIOBJ old = SelectObject(mem, bitmap);
-            Paint(mem);
-            BitBlt(dc, 0, 0, client.right, client.bottom, mem, 0, 0, SRCCOPY);
-            SelectObject(mem, old);
-            DeleteObject(bitmap);
-            DeleteDC(mem);
-        }
-        EndPaint(m_hwnd, &ps);
+    case WM_PAINT:
+        CExtGridPaintManager::PaintBuffered(m_hwnd, [this](HDC dc, const RECT&) { Paint(dc); });
         return 0;
-    }
     case WM_PRINTCLIENT:
         Paint(reinterpret_cast<HDC>(wParam));
         return 0;

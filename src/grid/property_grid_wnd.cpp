@@ -954,26 +954,10 @@ LRESULT CALLBACK CExtPropertyGridWnd::StaticProc(HWND hwnd, UINT message, WPARAM
 LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_ERASEBKGND: return 1;
-    case WM_PAINT: {
+    case WM_PAINT:
         // Painted into a bitmap first, so rows never flicker.
-        PAINTSTRUCT ps;
-        HDC dc = BeginPaint(m_hwnd, &ps);
-        RECT client;
-        GetClientRect(m_hwnd, &client);
-        if (client.right > 0 && client.bottom > 0) {
-            HDC mem = CreateCompatibleDC(dc);
-            HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);
-            HGDIOBJ old = SelectObject(mem, bitmap);
-            Paint(mem, ps.rcPaint);
-            BitBlt(dc, ps.rcPaint.left, ps.rcPaint.top, ps.rcPaint.right - ps.rcPaint.left,
-                   ps.rcPaint.bottom - ps.rcPaint.top, mem, ps.rcPaint.left, ps.rcPaint.top, SRCCOPY);
-            SelectObject(mem, old);
-            DeleteObject(bitmap);
-            DeleteDC(mem);
-        }
-        EndPaint(m_hwnd, &ps);
+        CExtGridPaintManager::PaintBuffered(m_hwnd, [this](HDC dc, const RECT& dirty) { Paint(dc, dirty); });
         return 0;
-    }
     case WM_PRINTCLIENT: {
         RECT client;
         GetClientRect(m_hwnd, &client);
