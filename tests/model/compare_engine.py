@@ -1,0 +1,278 @@
+#!/usr/bin/env python3
+"""Cross-checks pwext's host commands (html, links, record, site, info,
+publish) against the independent engine model on generated definitions and
+host inputs. Every case runs in its own temporary folder.
+
+usage: compare_engine.py PWEXT [COUNT] [SEED]
+"""
+import json
+import os
+import random
+import struct
+import subprocess
+import sys
+import tempfile
+
+import engine_model
+import xslt_model
+from definition_generator import Case
+
+
+def run(pwext, args, cwd):
+    return subprocess.run([pwext] + args, capture_output=True, cwd=cwd, check=False)
+
+
+def latin1(obj):
+    """JSON from pwext (bytes as Latin-1 code points) back to bytes."""
+    if isinstance(obj, str):
+        return obj.encode("latin-1")
+    if isinstance(obj, list):
+        return [latin1(x) for x in obj]
+    if isinstance(obj, dict):
+        return [(latin1(k), latin1(v)) for k, v in obj.items()]
+    return obj
+
+
+def random_record(rng, case):
+    keys = [v for v, _ in case.variables if v] + [b"$unknown$", b"", b"k\xe9"]
+    pairs = []
+    for _ in range(rng.randint(0, 6)):
+        value = rng.choice([b"", b"v", b"#00FF00", b"x" * 254, b"y" * 255, b"z" * 300, b"w" * 65534, b"q" * 70000])
+        pairs.append((rng.choice(keys), value))
+    data = struct.pack("<ii", rng.choice([100, 7, -1]), rng.randint(-5, 5))
+    data += engine_model.write_count(len(pairs))
+    data += b"".join(engine_model.write_string(k) + engine_model.write_string(v) for k, v in pairs)
+    if rng.random() < 0.15:
+        data = data[:rng.randrange(len(data))]
+    elif rng.random() < 0.05:
+        data += b"\x00"
+    return data
+
+
+class Checker:
+    def __init__(self, pwext, rng):
+        self.pwext = pwext
+        self.rng = rng
+        self.failures = 0
+        self.checks = 0
+
+    def mismatch(self, what, detail, want, got):
+        self.failures += 1
+        print("MISMATCH", what, detail, "\n  want", repr(want)[:400], "\n  got ", repr(got)[:400])
+
+    def expect(self, what, detail, want, got):
+        self.checks += 1
+        if want != got:
+            self.mismatch(what, detail, want, got)
+
+    def run_case(self, n, folder):
+        rng = self.rng
+        case = Case(rng)
+        cwd = os.path.join(folder, "case%d" % n)
+        os.makedirs(cwd)
+        with open(os.path.join(cwd, "definition.xml"), "wb") as f:
+            f.write(case.definition)
+        host = [b"--definition", b"definition.xml"]
+        record = random_record(rng, case) if rng.random() < 0.3 else None
+        if record is not None:
+            with open(os.path.join(cwd, "record.bin"), "wb") as f:
+                f.write(record)
+            host += [b"--record", b"record.bin"]
+        for variable, value in case.sets:
+            host += [b"--set", variable + b"=" + value]
+        if case.site is not None:
+            with open(os.path.join(cwd, "site.xml"), "wb") as f:
+                f.write(case.site)
+            host += [b"--site", b"site.xml"]
+        if case.images is not None:
+            host += [b"--images"] + case.images
+
+        def model():
+            m = engine_model.Engine(case.definition)
+            if record is not None and m.load_record(record) is not None:
+                return None
+            for variable, value in case.sets:
+                m.values.set(variable, value)
+            if case.images is not None:
+                variable = first_image_variable(m)
+                if variable is None:   # pwext refuses --images then
+                    return None
+                m.values.set(variable, engine_model.write_image_list(case.images))
+            if case.site is not None:
+                m.site.parse(case.site)
+            m.update_html(0)
+            return m
+
+        tag = "case %d" % n
+
+        def check(args, want):
+            got = run(self.pwext, args + host, cwd)
+            if want is None:
+                self.expect("exit", tag + " " + repr(args), True, got.returncode == 1 and got.stdout == b"")
+            else:
+                self.expect(repr(args), tag, (0, want), (got.returncode, got.stdout))
+            return got
+
+        context = rng.choice([b"", b"pics", b"pics/", b"a/b//", b"caf\xe9"])
+        m = model()
+        check([b"html", b"body"], m and (m.update_html(0) or m.cache))
+        m = model()
+        check([b"html", b"body", b"--publish", b"--context", context], m and m.get_html(context))
+        m = model()
+        check([b"html", b"head"], m and m.header_html())
+        check([b"html", b"tail"], m and m.start_of_page_html())
+        self.check_links(case, model, host, cwd, tag)
+        object_id = rng.randint(-3, 1000)
+        m = model()
+        if m:
+            m.object_id = object_id
+        check([b"record", b"write", b"--id", b"%d" % object_id], m and m.store_record())
+        if record is not None:
+            self.check_record_read(record, cwd, tag)
+        if case.site is not None:
+            self.check_site(case, model, host, cwd, tag)
+        self.check_info(case, cwd, tag)
+        if rng.random() < 0.5:
+            self.check_publish(case, model, host, cwd, tag)
+
+    def check_links(self, case, model, host, cwd, tag):
+        rng = self.rng
+        rewrites = [(rng.randint(-1, case.link_count), rng.choice([b"new.html", b"", b"a&b \xe9"]))
+                    for _ in range(rng.randint(0, 3))]
+        args = [b"links"]
+        for index, text in rewrites:
+            args += [b"--set-url", b"%d=" % index + text]
+        got = run(self.pwext, args + host, cwd)
+        m = model()
+        if m is None:
+            self.expect("links exit", tag, 1, got.returncode)
+            return
+        for index, text in rewrites:
+            m.set_url(index, text)
+        count = m.url_count()
+        want = [(b"count", count), (b"urls", [m.get_url(i) for i in range(count)]), (b"values", m.values.items())]
+        try:
+            parsed = json.loads(got.stdout.decode("ascii"), object_pairs_hook=lambda p: dict(p))
+            parsed = [(k.encode(), latin1(v)) for k, v in parsed.items()]
+            parsed[2] = (b"values", [tuple(p) for p in parsed[2][1]])
+        except (ValueError, IndexError, KeyError):
+            parsed = got
+        self.expect("links", tag + " " + repr(rewrites), want, parsed)
+
+    def check_record_read(self, record, cwd, tag):
+        got = run(self.pwext, [b"record", b"read", b"record.bin"], cwd)
+        parsed, _ = engine_model.read_record(record)
+        if parsed is None or parsed["length"] != len(record):
+            self.expect("record read exit", tag, 1, got.returncode)
+            return
+        want = {"version": parsed["version"], "id": parsed["id"],
+                "values": [[k.decode("latin-1"), v.decode("latin-1")] for k, v in parsed["pairs"]]}
+        self.expect("record read", tag, (0, want), (got.returncode, json.loads(got.stdout or b"null")))
+
+    def check_site(self, case, model, host, cwd, tag):
+        name = self.rng.choice(case.site_names + [b"missing"]).swapcase() if self.rng.random() < 0.5 else \
+            self.rng.choice(case.site_names + [b"missing"])
+        for args in ([b"site", b"site.xml", b"--current"], [b"site", b"site.xml", b"--page", name]):
+            got = run(self.pwext, args + host, cwd)
+            m = model()
+            if m is None:
+                self.expect("site exit", tag, 1, got.returncode)
+                continue
+            found = m.find_current_page() if args[2] == b"--current" else m.find_page_by_name(name)
+            if found is None:
+                self.expect(repr(args), tag, (1, b""), (got.returncode, got.stdout))
+            else:
+                want = {"name": (found.attrs.get(b"name") or b"").decode("latin-1"),
+                        "url": (found.attrs.get(b"url") or b"").decode("latin-1")}
+                self.expect(repr(args), tag, (0, want), (got.returncode, json.loads(got.stdout or b"null")))
+
+    def check_info(self, case, cwd, tag):
+        got = run(self.pwext, [b"info", b"--definition", b"definition.xml"], cwd)
+        m = engine_model.Engine(case.definition)
+        lines = [line.strip() for line in got.stdout.decode("latin-1").splitlines()]
+        want = ["minimum size  %d x %d" % (m.min_width, m.min_height), "use DIV       " + ("yes" if m.use_div else "no"),
+                "render method %d" % m.render_method]
+        have = [next((line for line in lines if line.startswith(w[:10])), "")[:len(w)] for w in want]
+        self.expect("info", tag, want, have)
+
+    def check_publish(self, case, model, host, cwd, tag):
+        rng = self.rng
+        for path in case.paths:
+            if rng.random() < 0.9:
+                full = os.path.join(cwd, os.fsdecode(path))
+                os.makedirs(os.path.dirname(full), exist_ok=True)
+                if not os.path.isdir(full):
+                    with open(full, "wb") as f:
+                        f.write(b"picture " + path)
+        output = rng.choice([b"site", b"site/", b"Site", os.fsencode(cwd) + b"/abs/site/", b"out dir"])
+        images = rng.choice([output.rstrip(b"/") + b"/images", output.rstrip(b"/") + b"/Images/",
+                             b"pics2", output.rstrip(b"/").lower() + b"/img//", output + b"/x/images"])
+        args = [b"publish", output, images]
+        page = rng.random() < 0.5
+        if page:
+            args += [b"--page", b"index.html"]
+        m = model()
+        if m is None:
+            self.expect("publish exit", tag, 1, run(self.pwext, args + host, cwd).returncode)
+            return
+        fs = engine_model.ModelFileSystem(cwd)
+        out = output if output.endswith(b"/") else output + b"/"
+        engine_model.create_directory_path(fs, out)
+        engine_model.create_directory_path(fs, images)
+        m.copy_files(fs, out, images)
+        if page:
+            target = out + b"index.html"
+            fs.files[fs.real(target)] = host_page(m, m.page_context)
+            fs.lines.append(b"wrote " + target + b"\n")
+        want = (1 if fs.failures else 0, b"".join(fs.lines))
+        got = run(self.pwext, args + host, cwd)
+        self.expect("publish", tag + " " + repr(args), want, (got.returncode, got.stdout))
+        for path, content in fs.files.items():
+            try:
+                with open(path, "rb") as f:
+                    on_disk = f.read()
+            except OSError:
+                on_disk = None
+            self.expect("published file", tag + " " + path, content, on_disk)
+
+
+def first_image_variable(m):
+    for prop in engine_model.properties_of(m.doc.root):
+        variable, kind, _ = m.rule(prop)
+        if kind == 6 and variable:
+            return variable
+    return None
+
+
+def host_page(m, context):
+    """The page pwext's publish --page writes around the object's HTML."""
+    body = m.get_html(context)
+    for name, value in ((b"$LEFT$", b"0"), (b"$TOP$", b"0"), (b"$WIDTH$", b"800"), (b"$HEIGHT$", b"300"),
+                        (b"$Z_INDEX$", b"1")):
+        body = body.replace(name, value)
+    return (b"<!DOCTYPE html>\r\n<html>\r\n<head>\r\n"
+            b"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=windows-1252\">\r\n"
+            b"<title>" + m.toolbar_text + b"</title>\r\n" + m.header_html() + b"\r\n</head>\r\n<body>\r\n" +
+            m.start_of_page_html() + b"\r\n" + body + b"\r\n</body>\r\n</html>\r\n")
+
+
+def main():
+    pwext = sys.argv[1]
+    count = int(sys.argv[2]) if len(sys.argv) > 2 else 100
+    seed = int(sys.argv[3]) if len(sys.argv) > 3 else 1
+    checker = Checker(os.path.abspath(pwext), random.Random(seed))
+    keep = os.environ.get("PW_MODEL_KEEP")  # a folder to keep the cases in, for debugging
+    with tempfile.TemporaryDirectory(prefix="pw-engine-model-") as scratch:
+        folder = keep or scratch
+        for n in range(count):
+            try:
+                checker.run_case(n, folder)
+            except (xslt_model.Unsupported, RecursionError) as e:
+                print("case %d outside the model: %s" % (n, e))
+                checker.failures += 1
+    print("engine model (seed %d): %d checks, %d failed" % (seed, checker.checks, checker.failures))
+    return 1 if checker.failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,423 @@
+"""An independent model of the extension object as a host sees it through
+pwext: substitution, the three HTML pieces, gallery code, publishing, links,
+the site-structure searches and the project record. Written from the
+documented rules; the XML side comes from xml_model.py.
+
+Text is Python bytes throughout. On Linux the file-system separator is '/',
+and file names are cut at the last backslash or slash.
+"""
+import os
+import struct
+
+import xml_model
+import xslt_model
+from xml_model import Document, Element, OrderedHashMap, escape, unescape
+
+WS = xml_model.WS
+
+
+def atoi(text):
+    i, n = 0, len(text)
+    while i < n and text[i] in WS:
+        i += 1
+    sign = 1
+    if i < n and text[i] in b"+-":
+        sign = -1 if text[i] == ord("-") else 1
+        i += 1
+    v = 0
+    while i < n and 48 <= text[i] <= 57:
+        v = v * 10 + text[i] - 48
+        i += 1
+    return sign * v
+
+
+def file_name_part(path):
+    cut = max(path.rfind(b"\\"), path.rfind(b"/"))
+    return path[cut + 1:]
+
+
+def find_child(elem, name):
+    for c in elem.children:
+        if c.name.lower() == name.lower():
+            return c
+    return None
+
+
+def child_value(elem, name):
+    c = find_child(elem, name)
+    return b"" if c is None else unescape(c.value)
+
+
+def set_child_value(elem, name, value):
+    c = find_child(elem, name)
+    if c is None:
+        c = Element()
+        c.name = name
+        elem.children.append(c)
+    c.value = escape(value, False)
+
+
+def decode_or_keep(text):
+    ok, _, stored = xml_model.base64_decode(text, len(text))
+    return stored if ok else text
+
+
+def properties_of(root):
+    props = find_child(root, b"PROPERTIES")
+    if props is None:
+        return []
+    return [p for cat in props.children if cat.name.lower() == b"category"
+            for p in cat.children if p.name.lower() == b"property"]
+
+
+def replace(text, variable, value):
+    return text.replace(variable, value) if variable else text
+
+
+def colour_text(prop, value):
+    kind = xml_model.trim(prop.attrs.get(b"colortype") or b"")
+    if kind:
+        code = atoi(kind)
+        if code == 1:
+            return value.replace(b"#", b"0x")
+        if code == 2:
+            return value.replace(b"#", b"")
+    return value
+
+
+def write_image_list(paths):
+    """The image-list text pwext's --images option builds: FILENAME and TITLE."""
+    doc = Document()
+    doc.root.name = b"GALLERY"
+    for path in paths:
+        image = Element()
+        image.name = b"IMAGE"
+        for name, text in ((b"FILENAME", path), (b"TITLE", file_name_part(path))):
+            if text:
+                set_child_value(image, name, text)
+        doc.root.children.append(image)
+    return doc.get_xml()
+
+
+class Engine:
+    def __init__(self, definition):
+        self.source = definition
+        self.doc = Document()
+        self.doc.parse(definition)
+        root = self.doc.root
+        attr = lambda k: root.attrs.get(k) or b""
+        self.min_width, self.min_height = atoi(attr(b"minwidth")), atoi(attr(b"minheight"))
+        self.use_div = attr(b"usediv") == b"1"
+        self.render_method = atoi(attr(b"rendermethod"))
+        self.toolbar_text = attr(b"text")
+        self.values = OrderedHashMap()
+        self.page_context = b""
+        self.site = Document()
+        self.object_id = 0
+        self.cache = b""
+        self.update_html(0)
+
+    # --- current values -------------------------------------------------
+    def rule(self, prop):
+        variable = unescape(prop.attrs.get(b"variable") or b"")
+        kind = atoi(prop.attrs.get(b"type") or b"")
+        value = self.values.get(variable)
+        if value is None:
+            value = unescape(prop.attrs.get(b"value") or b"")
+        return variable, kind, value
+
+    # --- substitution ---------------------------------------------------
+    def replace_variables(self, text, depth=0):
+        if depth > 50:
+            raise RecursionError("image lists refer to each other")
+        copy = Document()
+        copy.parse(self.source)
+        for prop in properties_of(copy.root):
+            variable, kind, value = self.rule(prop)
+            if kind == 1:
+                text = replace(text, variable, colour_text(prop, value))
+            elif kind == 3:
+                text = replace(text, variable, file_name_part(value))
+            elif kind == 6:
+                if variable in text:
+                    value = self.replace_variables(value, depth + 1)
+                    text = replace(text, variable, self.gallery_code(prop, value, 0, depth + 1))
+            else:
+                text = replace(text, variable, value)
+        return text
+
+    def update_html(self, publishing):
+        body = find_child(self.doc.root, b"HTML_BODY")
+        if body is None:
+            return
+        cache = decode_or_keep(unescape(body.value))
+        for prop in properties_of(self.doc.root):
+            variable, kind, value = self.rule(prop)
+            if kind == 1:
+                cache = replace(cache, variable, colour_text(prop, value))
+            elif kind == 3:
+                cache = replace(cache, variable, file_name_part(value) if publishing else value)
+            elif kind == 6:
+                if variable in cache:
+                    value = self.replace_variables(value)
+                    cache = replace(cache, variable, self.gallery_code(prop, value, 0 if publishing else 1))
+            else:
+                cache = replace(cache, variable, value)
+        self.cache = cache
+
+    def gallery_code(self, prop, value, keep_paths, depth=0):
+        template = decode_or_keep(prop.attrs.get(b"gallerytemplate") or b"")
+        listing = value
+        if not keep_paths:
+            doc = Document()
+            doc.parse(value)
+            doc.root.name = b"GALLERY"
+            for image in doc.root.children:
+                if image.name.lower() != b"image":
+                    continue
+                name = file_name_part(child_value(image, b"FILENAME"))
+                set_child_value(image, b"FILENAME", self.page_context.rstrip(b"/") + b"/" + name)
+            listing = doc.get_xml()
+        template = self.replace_variables(template, depth)
+        out = xslt_model.transform(listing, template)
+        if out is None:
+            return b""
+        start = out.find(b"<?xml")
+        if start >= 0:
+            end = out.find(b"?>", start)
+            if end >= 0:
+                out = out[end + 2:]
+        return out
+
+    def header_html(self):
+        return self.template_html(b"HTML_HEAD")
+
+    def start_of_page_html(self):
+        return self.template_html(b"HTML_TAIL")
+
+    def template_html(self, name):
+        elem = find_child(self.doc.root, name)
+        if elem is None:
+            return b""
+        return self.replace_variables(decode_or_keep(unescape(elem.value)))
+
+    def get_html(self, context):
+        self.page_context = context
+        self.update_html(1)
+        return self.cache
+
+    # --- links ----------------------------------------------------------
+    def link_walk(self, index):
+        """Yields the link properties that match `index`, carry-over included."""
+        props = find_child(self.doc.root, b"PROPERTIES")
+        if props is None:
+            return
+        counter = 0
+        for cat in props.children:
+            if cat.name.lower() != b"category":
+                continue
+            for prop in cat.children:
+                if prop.name.lower() != b"property" or atoi(prop.attrs.get(b"type") or b"") != 8:
+                    continue
+                if counter != index:
+                    counter += 1
+                    continue
+                yield prop
+                break
+
+    def url_count(self):
+        return sum(1 for p in properties_of(self.doc.root) if atoi(p.attrs.get(b"type") or b"") == 8)
+
+    def get_url(self, index):
+        result = b""
+        for prop in self.link_walk(index):
+            result = self.rule(prop)[2]
+        return result
+
+    def set_url(self, index, text):
+        for prop in list(self.link_walk(index)):
+            self.values.set(unescape(prop.attrs.get(b"variable") or b""), text)
+
+    # --- site structure -------------------------------------------------
+    def find_in_site(self, match, start=None):
+        for child in (start or self.site.root).children:
+            if match(child):
+                return child
+            found = self.find_in_site(match, child)
+            if found is not None:
+                return found
+        return None
+
+    def find_current_page(self):
+        return self.find_in_site(lambda e: (e.attrs.get(b"current_page") or b"").lower() == b"true")
+
+    def find_page_by_name(self, name):
+        return self.find_in_site(lambda e: (e.attrs.get(b"name") or b"").lower() == name.lower())
+
+    # --- publishing -----------------------------------------------------
+    def copy_files(self, fs, output, images):
+        out_low, img_low = output.lower().rstrip(b"/"), images.lower().rstrip(b"/")
+        cut = img_low.rfind(b"/")
+        if cut >= 0 and img_low[:cut] == out_low:
+            self.page_context = img_low[cut + 1:]
+        files = find_child(self.doc.root, b"FILES")
+        if files is not None:
+            self.process_files(fs, files, output.rstrip(b"/") + b"/")
+        for prop in properties_of(self.doc.root):
+            _, kind, value = self.rule(prop)
+            if kind == 3:
+                fs.copy(value, output + file_name_part(value))
+            elif kind == 6:
+                doc = Document()
+                doc.parse(value)
+                for image in doc.root.children:
+                    if image.name.lower() == b"image":
+                        path = child_value(image, b"FILENAME")
+                        if not path:   # an entry without a file has nothing to copy
+                            continue
+                        fs.copy(path, images.rstrip(b"/") + b"/" + file_name_part(path))
+        return 1
+
+    def process_files(self, fs, parent, folder):
+        for child in parent.children:
+            path = folder
+            if child.name.lower() == b"folder":
+                path = folder + (child.attrs.get(b"name") or b"") + b"/"
+                create_directory_path(fs, path)
+            elif child.name.lower() == b"file":
+                content = decode_or_keep(unescape(child.value))
+                if child.attrs.get(b"process_file") == b"1":
+                    content = self.replace_variables(content)
+                fs.write(path + (child.attrs.get(b"filename") or b""), content)
+            self.process_files(fs, child, path)
+
+    # --- project record -------------------------------------------------
+    def store_record(self):
+        out = struct.pack("<ii", 100, self.object_id)
+        items = self.values.items()
+        out += write_count(len(items))
+        for k, v in items:
+            out += write_string(k) + write_string(v)
+        return out
+
+    def load_record(self, data):
+        """Reads a record into the object; returns the error text or None."""
+        record, error = read_record(data)
+        if record is None:
+            return error
+        self.object_id = record["id"]
+        for k, v in record["pairs"]:
+            self.values.set(k, v)
+        self.update_html(0)
+        return None
+
+
+def create_directory_path(fs, path):
+    for k in range(1, len(path)):
+        if path[k] == ord("/"):
+            fs.create(path[:k])
+    fs.create(path)
+
+
+class ModelFileSystem:
+    """Folders and files as the machine would have them, with the report
+    lines pwext's publish prints for each operation."""
+
+    def __init__(self, cwd):
+        self.cwd = cwd
+        self.dirs = set()
+        self.files = {}  # normalised path -> bytes
+        self.lines = []
+        self.failures = 0
+
+    def real(self, path):
+        return os.path.normpath(os.path.join(self.cwd, os.fsdecode(path)))
+
+    def is_dir(self, p):
+        return p in self.dirs or (p not in self.files and os.path.isdir(p))
+
+    def exists(self, p):
+        return self.is_dir(p) or p in self.files or os.path.exists(p)
+
+    def create(self, path):
+        p = self.real(path)
+        if path and not self.exists(p) and self.is_dir(os.path.dirname(p)):
+            self.dirs.add(p)
+            self.lines.append(b"created " + path + b"\n")
+
+    def write(self, path, content):
+        p = self.real(path)
+        if path and not path.endswith(b"/") and not self.is_dir(p) and self.is_dir(os.path.dirname(p)):
+            self.files[p] = content
+            self.lines.append(b"wrote " + path + b"\n")
+        else:
+            self.failures += 1
+
+    def copy(self, source, target):
+        s = self.real(source) if source else None
+        if s is not None and (s in self.files or (os.path.isfile(s) and not self.is_dir(s))):
+            content = self.files.get(s)
+            if content is None:
+                with open(s, "rb") as f:
+                    content = f.read()
+            t = self.real(target)
+            if not target.endswith(b"/") and not self.is_dir(t) and self.is_dir(os.path.dirname(t)):
+                self.files[t] = content
+                self.lines.append(b"copied " + source + b" -> " + target + b"\n")
+                return
+        self.failures += 1
+
+
+# --- archive encoding -----------------------------------------------------
+def write_count(n):
+    return struct.pack("<H", n) if n < 0xFFFF else struct.pack("<HI", 0xFFFF, n)
+
+
+def write_string(s):
+    n = len(s)
+    if n < 255:
+        head = bytes([n])
+    elif n < 0xFFFE:
+        head = b"\xff" + struct.pack("<H", n)
+    else:
+        head = b"\xff\xff\xff" + struct.pack("<I", n)
+    return head + s
+
+
+class Truncated(Exception):
+    pass
+
+
+def read_record(data):
+    """Returns ({version, id, pairs, length}, None) or (None, reason); bytes
+    after the record are left for the caller to judge."""
+    pos = 0
+
+    def take(n):
+        nonlocal pos
+        if pos + n > len(data):
+            raise Truncated()
+        chunk = data[pos:pos + n]
+        pos += n
+        return chunk
+
+    def string():
+        n = take(1)[0]
+        if n == 0xFF:
+            n = struct.unpack("<H", take(2))[0]
+            if n == 0xFFFF:
+                n = struct.unpack("<I", take(4))[0]
+        return take(n)
+
+    try:
+        version, object_id = struct.unpack("<Ii", take(8))
+        count = struct.unpack("<H", take(2))[0]
+        if count == 0xFFFF:
+            count = struct.unpack("<I", take(4))[0]
+        pairs = []
+        for _ in range(count):
+            k = string()
+            pairs.append((k, string()))
+    except Truncated:
+        return None, "truncated"
+    return {"version": version, "id": object_id, "pairs": pairs, "length": pos}, None

@@ -1,0 +1,69 @@
+"""The XSL transformation of gallery code, for the small family of style
+sheets the engine cross-check generates: text output, one template for '/',
+literal text, xsl:for-each over a two-step path and xsl:value-of of a child
+element. Anything outside that family is refused, so that the model never
+guesses.
+
+Both documents are 8-bit text in the Windows code page; they are read as
+such, and the output is written back the same way.
+"""
+import xml.etree.ElementTree as ET
+
+XSL = "{http://www.w3.org/1999/XSL/Transform}"
+
+
+class Unsupported(Exception):
+    pass
+
+
+def _parse(data):
+    try:
+        return ET.fromstring(data.decode("cp1252"))
+    except (ET.ParseError, UnicodeDecodeError, ValueError):
+        return None
+
+
+def _string_value(element):
+    return "".join(element.itertext())
+
+
+def _run(node, document, context, out):
+    """Appends the output of the instructions under `node` for `context`."""
+    if node.text:
+        out.append(node.text)
+    for child in node:
+        if child.tag == XSL + "for-each":
+            steps = child.get("select", "").split("/")
+            if len(steps) != 2 or context is not None:
+                raise Unsupported("for-each " + child.get("select", ""))
+            if document.tag == steps[0]:
+                for item in document:
+                    if item.tag == steps[1]:
+                        _run(child, document, item, out)
+        elif child.tag == XSL + "value-of":
+            if context is None:
+                raise Unsupported("value-of outside for-each")
+            found = context.find(child.get("select", ""))
+            if found is not None:
+                out.append(_string_value(found))
+        else:
+            raise Unsupported(child.tag)
+        if child.tail:
+            out.append(child.tail)
+
+
+
+def transform(listing, template):
+    """The output bytes, or None when either document is not well-formed."""
+    source, sheet = _parse(listing), _parse(template)
+    if source is None or sheet is None:
+        return None
+    output = sheet.find(XSL + "output")
+    if output is None or output.get("method") != "text":
+        raise Unsupported("only text output is modelled")
+    main = [t for t in sheet.findall(XSL + "template") if t.get("match") == "/"]
+    if len(main) != 1:
+        raise Unsupported("one template for '/' expected")
+    out = []
+    _run(main[0], source, None, out)
+    return "".join(out).encode("cp1252")
