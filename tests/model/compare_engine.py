@@ -236,6 +236,51 @@ class Checker:
             self.expect("published file", tag + " " + path, content, on_disk)
 
 
+def check_builtin(checker, folder):
+    """The built-in definition: head, tail, design body and its payload files
+    with the style sheet's variables filled in."""
+    cwd = os.path.join(folder, "builtin")
+    os.makedirs(cwd)
+    definition = run(checker.pwext, [b"definition"], cwd).stdout
+    sets = [(b"$backgroundcolor$", b"#12AB00"), (b"$textcolor$", b"#FFFFFF"), (b"$fontsize$", b"13"),
+            (b"$fontname$", b"Caf\xe9 & <Sans>")]
+    host = [b"--set" if i % 2 == 0 else k + b"=" + v for k, v in sets for i in range(2)]
+    with open(os.path.join(cwd, "a b.jpg"), "wb") as f:
+        f.write(b"jpeg")
+    m = engine_model.Engine(definition)
+    for k, v in sets:
+        m.values.set(k, v)
+    m.values.set(b"$images$", engine_model.write_image_list([b"a b.jpg", b"missing.jpg"]))
+    for part, want in ((b"head", m.header_html()), (b"tail", m.start_of_page_html())):
+        got = run(checker.pwext, [b"html", part] + host, cwd)
+        checker.expect("built-in html " + part.decode(), "", (0, want), (got.returncode, got.stdout))
+    fs = engine_model.ModelFileSystem(cwd)
+    engine_model.create_directory_path(fs, b"site/")
+    engine_model.create_directory_path(fs, b"site/images")
+    m.copy_files(fs, b"site/", b"site/images")
+    got = run(checker.pwext, [b"publish", b"site", b"site/images", b"--images", b"a b.jpg", b"missing.jpg"] + host, cwd)
+    checker.expect("built-in publish", "", (1, b"".join(fs.lines)), (got.returncode, got.stdout))
+    for path, content in fs.files.items():
+        with open(path, "rb") as f:
+            checker.expect("built-in published file", path, content, f.read())
+
+
+def check_big_record(checker, folder):
+    """More than 65534 pairs: the count escape, and the map's order over many keys."""
+    cwd = os.path.join(folder, "big-record")
+    os.makedirs(cwd)
+    pairs = [(b"k%d" % i, b"v" * (i % 300)) for i in range(65536)]
+    data = struct.pack("<ii", 7, 9) + engine_model.write_count(len(pairs))
+    data += b"".join(engine_model.write_string(k) + engine_model.write_string(v) for k, v in pairs)
+    with open(os.path.join(cwd, "record.bin"), "wb") as f:
+        f.write(data)
+    m = engine_model.Engine(run(checker.pwext, [b"definition"], cwd).stdout)
+    m.load_record(data)
+    m.object_id = 9
+    got = run(checker.pwext, [b"record", b"write", b"--record", b"record.bin", b"--id", b"9"], cwd)
+    checker.expect("big record", "", (0, m.store_record()), (got.returncode, got.stdout))
+
+
 def first_image_variable(m):
     for prop in engine_model.properties_of(m.doc.root):
         variable, kind, _ = m.rule(prop)
@@ -264,6 +309,8 @@ def main():
     keep = os.environ.get("PW_MODEL_KEEP")  # a folder to keep the cases in, for debugging
     with tempfile.TemporaryDirectory(prefix="pw-engine-model-") as scratch:
         folder = keep or scratch
+        check_builtin(checker, folder)
+        check_big_record(checker, folder)
         for n in range(count):
             try:
                 checker.run_case(n, folder)

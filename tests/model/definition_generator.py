@@ -67,6 +67,8 @@ class Case:
             for child in (b"FILENAME", b"URL", b"TARGET", b"TITLE", b"DESCRIPTION"):
                 if r.random() < (0.9 if child in (b"FILENAME", b"TITLE") else 0.3):
                     value = self.path() if child == b"FILENAME" else self.text(safe=False) or b"t"
+                    if child == b"FILENAME" and r.random() < 0.1:
+                        child = b"filename"
                     out.append(b"\t\t<" + child + b">" + escape(value.strip(), False) + b"</" + child + b">\r\n")
             out.append(b"\t</" + tag + b">\r\n")
         out.append(b"</" + root + b">\r\n")
@@ -88,8 +90,8 @@ class Case:
         """One PROPERTY element; `counted` is false when it sits where the
         engine never looks, so that the case does not expect it."""
         r = self.rng
-        kind = r.choice([0, 1, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 8, 8, 9, -1, None, b"x", b" 8"])
-        code = kind if isinstance(kind, int) else (8 if kind == b" 8" else 0)
+        kind = r.choice([0, 1, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 8, 8, 9, -1, None, b"x", b" 8", b"&#56;"])
+        code = kind if isinstance(kind, int) else (8 if kind == b" 8" else 0)   # entities in `type` are not decoded
         variable = b"$v%d$" % index if r.random() < 0.9 else r.choice([b"$v%d$" % (index - 1), b"", b"$V0$"])
         if code == 6:
             variable = b"$img%d$" % index
@@ -102,7 +104,7 @@ class Case:
         if r.random() < 0.9:
             attrs[b"value"] = self.maybe_entity(default)
         if code == 1:
-            attrs[b"colortype"] = r.choice([b"0", b"1", b"2", b"3", b" 1 ", b"x", b"2x", b""])
+            attrs[b"colortype"] = r.choice([b"0", b"1", b"2", b"3", b" 1 ", b"x", b"2x", b"", b"&#49;"])
             if r.random() < 0.2:
                 del attrs[b"colortype"]
         if code == 6:
@@ -192,7 +194,7 @@ class Case:
         out = []
         for i in range(r.randint(0, 3)):
             if depth > 0 and r.random() < 0.3:
-                name = r.choice([b"sub", b"Sub", b"two words", b"js"])
+                name = r.choice([b"sub", b"Sub", b"two words", b"js", b"a&amp;b"])
                 out.append(b'<FOLDER name="' + name + b'" >\r\n' + self.files(depth - 1) + b"</FOLDER>\r\n")
                 continue
             flag = r.choice([b"1", b"1", b"0", b"01", b" 1", None])
@@ -200,7 +202,7 @@ class Case:
                 content = self.text() + b"\r\n" + self.text()
             else:
                 content = bytes(r.randrange(256) for _ in range(r.randint(0, 40)))
-            attrs = b'filename="' + r.choice([b"f%d.txt" % i, b"style.css", b"a b.js"]) + b'" '
+            attrs = b'filename="' + r.choice([b"f%d.txt" % i, b"style.css", b"a b.js", b"x&amp;y.txt"]) + b'" '
             if flag is not None:
                 attrs += b'process_file="' + flag + b'" '
             out.append(b"<FILE " + attrs + b">" + base64_lines(content) + b"</FILE>\r\n")
@@ -221,4 +223,5 @@ class Case:
                     out.append(b'<page name="%s" url="%s%d.html"%s></page>' % (name, name, i, current))
             return b"".join(out)
 
-        return b'<?xml version="1.0"?>\r\n<site>' + level(2) + b"</site>\r\n"
+        root = r.choice([b"<site>", b'<site name="Index" current_page="true">'])
+        return b'<?xml version="1.0"?>\r\n' + root + level(2) + b"</site>\r\n"
