@@ -1,0 +1,68 @@
+#pragma once
+// Pictures for the render tests, written by our own code: PNG files (stored,
+// uncompressed deflate blocks) and 24-bit BMP files, a scratch folder for
+// them, and a 32-bit surface to draw into and read back.
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace test_pictures {
+
+// 0xAARRGGBB, rows top first.
+struct Picture {
+    int width;
+    int height;
+    std::vector<std::uint32_t> pixels;
+    std::uint32_t At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+};
+
+// Every pixel a different opaque colour, none white or black.
+Picture Gradient(int width, int height);
+
+// PNG colour types: 2 RGB, 6 RGBA (8 bits per channel).
+std::string Png(const Picture& picture, int colourType);
+// Colour type 3: indices into palette (0xRRGGBB entries), one byte each.
+std::string PalettePng(int width, int height, const std::vector<std::uint8_t>& indices,
+                       const std::vector<std::uint32_t>& palette);
+// Colour type 0 at 16 bits: grey levels, most significant byte first.
+std::string Grey16Png(int width, int height, const std::vector<std::uint16_t>& levels);
+std::string Bmp(const Picture& picture);
+
+// A folder of its own under the temporary folder, removed with its files.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ~ScratchFolder();
+    // Writes bytes to name (may contain one level of sub-folder) and returns the full path.
+    std::string Write(const std::string& name, const std::string& bytes);
+    std::string Path(const std::string& name) const { return folder_ + "\\" + name; }
+    const std::string& Folder() const { return folder_; }
+
+private:
+    std::string folder_;
+    std::vector<std::string> files_;
+    std::vector<std::string> folders_;
+};
+
+// A top-down 32-bit DIB selected into a memory DC, filled white.
+class Surface {
+public:
+    Surface(int width, int height);
+    ~Surface();
+    HDC Dc() const { return dc_; }
+    // 0xRRGGBB.
+    std::uint32_t At(int x, int y) const;
+    // Every pixel outside [left, right) × [top, bottom) is white.
+    bool WhiteOutside(int left, int top, int right, int bottom) const;
+
+private:
+    int width_, height_;
+    HDC dc_;
+    HBITMAP bitmap_;
+    HGDIOBJ before_;
+    std::uint32_t* bits_ = nullptr;
+};
+
+}  // namespace test_pictures
