@@ -1,4 +1,140 @@
 #include "ui/link_dialog.h"
 
-// Placeholder until the dialog lands: nothing is edited.
-bool RunLinkDialog(HWND, std::string&, CXmlDocument*) { return false; }
+#include "html/site_structure.h"
+#include "ui/dialog_shown_hook.h"
+#include "ui/favorites_picker.h"
+#include "ui/host_settings.h"
+#include "ui/link_dialog_resources.h"
+#include "ui/link_history.h"
+#include "ui/link_type.h"
+#include "ui/page_picker.h"
+#include "win/own_module.h"
+#include "xml/xml_document.h"
+
+namespace {
+
+class LinkDialog {
+public:
+    LinkDialog(std::string link, CXmlDocument* site) : site_(site) { fields_.link = std::move(link); }
+
+    bool Run(HWND parent, std::string& link) {
+        INT_PTR result =
+            DialogBoxParamA(OwnModule(), PW_DIALOG_URL, parent, &LinkDialog::Proc, reinterpret_cast<LPARAM>(this));
+        if (result != IDOK) return false;
+        link = fields_.link;
+        return true;
+    }
+
+private:
+    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_INITDIALOG) SetWindowLongPtrA(dialog, DWLP_USER, lParam);
+        auto* self = reinterpret_cast<LinkDialog*>(GetWindowLongPtrA(dialog, DWLP_USER));
+        if (!self) return FALSE;
+        if (HandleDialogShown(dialog, message)) return TRUE;
+        switch (message) {
+            case WM_INITDIALOG:
+                self->OnInitDialog(dialog);
+                AnnounceDialogShown(dialog);
+                return TRUE;
+            case WM_COMMAND:
+                self->OnCommand(LOWORD(wParam), HIWORD(wParam));
+                return TRUE;
+        }
+        return FALSE;
+    }
+
+    void OnInitDialog(HWND dialog) {
+        dialog_ = dialog;
+        FillLinkTypeList(dialog);
+        history_.LoadHistory(GetDlgItem(dialog, IDC_LINK), CurrentHostSettings(), "URL_History");
+        if (site_) currentPage_ = FindCurrentPageBelow(*site_->GetRoot());
+
+        LinkTypeDecision decision = DecideLinkType(fields_.link, site_);
+        fields_.type = decision.type;
+        if (!decision.hasScheme) {
+            SetDlgItemTextA(dialog, IDC_LINK_LABEL, "&Page:");
+            fields_.pageDisplay = kChoosePageHint;
+            if (decision.page) {
+                fields_.pageDisplay = decision.page->GetAttribute("name");
+                ShowPageControls(true);
+            }
+        } else if (decision.type == kLinkEmailAddress) {
+            EnableControl(dialog, IDC_FAVORITES, false);
+            ShowControl(dialog, IDC_FAVORITES, false);
+        } else {
+            EnableControl(dialog, IDC_FAVORITES, true);
+            ShowControl(dialog, IDC_FAVORITES, true);
+            SetDlgItemTextA(dialog, IDC_LINK_LABEL, "&URL:");
+        }
+        WriteLinkFields(dialog, fields_);
+    }
+
+    // A page of the site: Select and the page's name instead of the link box.
+    void ShowPageControls(bool show) {
+        EnableControl(dialog_, IDC_FAVORITES, !show);
+        ShowControl(dialog_, IDC_FAVORITES, !show);
+        ShowControl(dialog_, IDC_SELECT_PAGE, show);
+        ShowControl(dialog_, IDC_PAGE_DISPLAY, show);
+        ShowControl(dialog_, IDC_LINK, !show);
+    }
+
+    void OnCommand(int id, int code) {
+        switch (id) {
+            case IDC_LINK_TYPE:
+                if (code == CBN_SELCHANGE) {
+                    ReadLinkFields(dialog_, fields_);
+                    ApplyLinkType(dialog_, fields_, fields_.type);
+                    WriteLinkFields(dialog_, fields_);
+                }
+                break;
+            case IDC_FAVORITES:
+                if (code == BN_CLICKED) {
+                    std::string url;
+                    if (RunFavoritesPicker(dialog_, url)) {
+                        ReadLinkFields(dialog_, fields_);
+                        fields_.link = url;
+                        WriteLinkFields(dialog_, fields_);
+                    }
+                }
+                break;
+            case IDC_SELECT_PAGE:
+                if (code == BN_CLICKED) OnSelectPage();
+                break;
+            case IDOK:
+                ReadLinkFields(dialog_, fields_);
+                EndDialog(dialog_, IDOK);
+                break;
+            case IDCANCEL:
+                EndDialog(dialog_, IDCANCEL);
+                break;
+        }
+    }
+
+    void OnSelectPage() {
+        ReadLinkFields(dialog_, fields_);
+        PagePickerRequest request;
+        request.site = site_;
+        request.currentPage = fields_.pageDisplay;
+        CXmlElement* page = nullptr;
+        if (!RunPagePicker(dialog_, request, page)) return;
+        if (page) {
+            fields_.pageDisplay = page->GetAttribute("name");
+            fields_.link = page->GetAttribute("url");
+        }
+        fields_.type = kLinkInternalPage;
+        WriteLinkFields(dialog_, fields_);
+    }
+
+    HWND dialog_ = nullptr;
+    CXmlDocument* site_;
+    CXmlElement* currentPage_ = nullptr;  // the page being edited, as the host marked it
+    LinkHistoryCombo history_;
+    LinkFields fields_;
+};
+
+}  // namespace
+
+bool RunLinkDialog(HWND parent, std::string& link, CXmlDocument* siteStructure) {
+    LinkDialog dialog(link, siteStructure);
+    return dialog.Run(parent, link);
+}

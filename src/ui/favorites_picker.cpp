@@ -1,0 +1,191 @@
+#include "ui/favorites_picker.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "ui/dialog_shown_hook.h"
+#include "ui/link_dialog_resources.h"
+#include "ui/resizable_dialog.h"
+#include "win/own_module.h"
+#include "xml/ascii.h"
+
+namespace {
+
+constexpr int kFolderImage = 1;
+constexpr int kLinkImage = 2;
+constexpr LPARAM kNoLink = -1;
+// Folders nested deeper than this (a junction that loops) are not listed.
+constexpr int kMaximumDepth = 32;
+
+struct Shortcut {
+    std::string name;  // the file name without ".url"
+    std::string url;
+};
+
+bool LessIgnoringCase(const std::string& a, const std::string& b) {
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [](char x, char y) { return ascii::ToLower(x) < ascii::ToLower(y); });
+}
+
+bool EndsWithUrl(const std::string& fileName) {
+    return fileName.size() >= 4 && ascii::Lower(fileName.substr(fileName.size() - 4)) == ".url";
+}
+
+std::string ShortcutUrl(const std::string& path) {
+    char url[2048] = {};
+    GetPrivateProfileStringA("InternetShortcut", "URL", "", url, sizeof url, path.c_str());
+    return url;
+}
+
+class FavoritesPicker {
+public:
+    ~FavoritesPicker() {
+        if (images_) ImageList_Destroy(images_);
+    }
+
+    bool Run(HWND parent, std::string& url) {
+        INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_SELECT_FAVORITE, parent, &FavoritesPicker::Proc,
+                                         reinterpret_cast<LPARAM>(this));
+        if (result != IDOK) return false;
+        url = chosen_;
+        return true;
+    }
+
+private:
+    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_INITDIALOG) SetWindowLongPtrA(dialog, DWLP_USER, lParam);
+        auto* self = reinterpret_cast<FavoritesPicker*>(GetWindowLongPtrA(dialog, DWLP_USER));
+        if (!self) return FALSE;
+        if (HandleDialogShown(dialog, message)) return TRUE;
+        if (self->layout_.HandleMessage(message, wParam, lParam)) return FALSE;
+        switch (message) {
+            case WM_INITDIALOG:
+                self->OnInitDialog(dialog);
+                AnnounceDialogShown(dialog);
+                return TRUE;
+            case WM_COMMAND:
+                if (LOWORD(wParam) == IDOK) self->OnOK();
+                else if (LOWORD(wParam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
+                return TRUE;
+            case WM_NOTIFY: {
+                auto* header = reinterpret_cast<NMHDR*>(lParam);
+                if (header->idFrom == IDC_FAVORITES_TREE && header->code == NM_DBLCLK) self->OnOK();
+                return FALSE;
+            }
+        }
+        return FALSE;
+    }
+
+    void OnInitDialog(HWND dialog) {
+        dialog_ = dialog;
+        tree_ = GetDlgItem(dialog, IDC_FAVORITES_TREE);
+        layout_.SetUp(dialog, {{IDC_FAVORITES_TREE, kAnchorRightEdge | kAnchorBottomEdge},
+                               {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
+                               {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
+        images_ = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 3, 0);
+        for (int id : {IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT}) {
+            HICON icon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(id), IMAGE_ICON, 16, 16, 0));
+            ImageList_AddIcon(images_, icon);
+            if (icon) DestroyIcon(icon);
+        }
+        TreeView_SetImageList(tree_, images_, TVSIL_NORMAL);
+        std::string folder = FavoritesFolder();
+        if (!folder.empty()) FillFolder(folder, TVI_ROOT, 0);
+    }
+
+    HTREEITEM InsertItem(HTREEITEM parent, HTREEITEM after, const std::string& text, int image, LPARAM data) {
+        TVINSERTSTRUCTA insert = {};
+        insert.hParent = parent;
+        insert.hInsertAfter = after;
+        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
+        insert.item.pszText = const_cast<char*>(text.c_str());
+        insert.item.iImage = insert.item.iSelectedImage = image;
+        insert.item.lParam = data;
+        return reinterpret_cast<HTREEITEM>(SendMessageA(tree_, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+    }
+
+    // The folder's shortcuts, sorted, then its subfolders above them in the
+    // order the file system lists them, each filled in turn.
+    void FillFolder(std::string path, HTREEITEM item, int depth) {
+        if (path.empty() || path.back() != '\\') path += '\\';
+
+        std::vector<Shortcut> shortcuts;
+        std::vector<std::string> subfolders;
+        WIN32_FIND_DATAA entry = {};
+        HANDLE search = FindFirstFileA((path + "*.*").c_str(), &entry);
+        if (search == INVALID_HANDLE_VALUE) return;
+        do {
+            std::string name = entry.cFileName;
+            if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+                if (name != "." && name != "..") subfolders.push_back(name);
+                continue;
+            }
+            if (entry.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) continue;
+            if (!EndsWithUrl(name)) continue;
+            shortcuts.push_back({name.substr(0, name.size() - 4), ShortcutUrl(path + name)});
+        } while (FindNextFileA(search, &entry));
+        FindClose(search);
+
+        std::stable_sort(shortcuts.begin(), shortcuts.end(),
+                         [](const Shortcut& a, const Shortcut& b) { return LessIgnoringCase(a.name, b.name); });
+        for (const Shortcut& shortcut : shortcuts) {
+            urls_.push_back(shortcut.url);
+            InsertItem(item, TVI_LAST, shortcut.name, kLinkImage, static_cast<LPARAM>(urls_.size() - 1));
+        }
+
+        if (depth >= kMaximumDepth) return;
+        HTREEITEM previous = TVI_FIRST;
+        for (const std::string& name : subfolders) {
+            HTREEITEM folder = InsertItem(item, previous, name, kFolderImage, kNoLink);
+            if (!folder) continue;
+            previous = folder;
+            FillFolder(path + name, folder, depth + 1);
+        }
+    }
+
+    void OnOK() {
+        HTREEITEM selected = TreeView_GetSelection(tree_);
+        TVITEMA tv = {};
+        tv.mask = TVIF_PARAM;
+        tv.hItem = selected;
+        if (selected && TreeView_GetItem(tree_, &tv) && tv.lParam >= 0 &&
+            static_cast<std::size_t>(tv.lParam) < urls_.size())
+            chosen_ = urls_[static_cast<std::size_t>(tv.lParam)];
+        if (!chosen_.empty()) EndDialog(dialog_, IDOK);
+    }
+
+    HWND dialog_ = nullptr;
+    HWND tree_ = nullptr;
+    HIMAGELIST images_ = nullptr;
+    ResizableDialog layout_;
+    std::vector<std::string> urls_;
+    std::string chosen_;
+};
+
+}  // namespace
+
+std::string FavoritesFolder() {
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
+                      0, KEY_READ, &key) != ERROR_SUCCESS)
+        return {};
+    char value[MAX_PATH + 1] = {};
+    DWORD size = MAX_PATH;
+    DWORD kind = 0;
+    bool read = RegQueryValueExA(key, "Favorites", nullptr, &kind, reinterpret_cast<BYTE*>(value), &size) == ERROR_SUCCESS &&
+                (kind == REG_SZ || kind == REG_EXPAND_SZ);
+    RegCloseKey(key);
+    if (!read) return {};
+    value[size < MAX_PATH ? size : MAX_PATH] = 0;
+    char expanded[MAX_PATH + 1] = {};
+    DWORD length = ExpandEnvironmentStringsA(value, expanded, MAX_PATH);
+    if (length == 0 || length > MAX_PATH) return value;
+    return expanded;
+}
+
+bool RunFavoritesPicker(HWND parent, std::string& url) {
+    FavoritesPicker picker;
+    return picker.Run(parent, url);
+}

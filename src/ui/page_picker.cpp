@@ -1,0 +1,227 @@
+#include "ui/page_picker.h"
+
+#include <commctrl.h>
+
+#include <vector>
+
+#include "ui/dialog_shown_hook.h"
+#include "ui/host_settings.h"
+#include "ui/link_dialog_resources.h"
+#include "ui/link_type.h"
+#include "ui/resizable_dialog.h"
+#include "win/own_module.h"
+#include "xml/ascii.h"
+#include "xml/xml_document.h"
+
+namespace {
+
+constexpr int kSiteImage = 0;
+constexpr int kPageImage = 1;
+constexpr int kFolderImage = 2;
+const char kSettingsSection[] = "Settings";
+const char kLastExpandedEntry[] = "LastExpanded";
+
+bool IsFolder(const CXmlElement* node) { return node && node->GetName() == "folder"; }
+
+std::string ItemText(HWND tree, HTREEITEM item) {
+    char text[512] = {};
+    TVITEMA tv = {};
+    tv.mask = TVIF_TEXT;
+    tv.hItem = item;
+    tv.pszText = text;
+    tv.cchTextMax = sizeof text;
+    TreeView_GetItem(tree, &tv);
+    return text;
+}
+
+CXmlElement* ItemNode(HWND tree, HTREEITEM item) {
+    TVITEMA tv = {};
+    tv.mask = TVIF_PARAM;
+    tv.hItem = item;
+    if (!item || !TreeView_GetItem(tree, &tv)) return nullptr;
+    return reinterpret_cast<CXmlElement*>(tv.lParam);
+}
+
+// The next item in depth-first order (children first, then siblings).
+HTREEITEM NextInTree(HWND tree, HTREEITEM item) {
+    if (HTREEITEM child = TreeView_GetChild(tree, item)) return child;
+    while (item) {
+        if (HTREEITEM sibling = TreeView_GetNextSibling(tree, item)) return sibling;
+        item = TreeView_GetParent(tree, item);
+    }
+    return nullptr;
+}
+
+HTREEITEM FindItemByText(HWND tree, const std::string& text) {
+    for (HTREEITEM item = TreeView_GetRoot(tree); item; item = NextInTree(tree, item))
+        if (ascii::EqualsNoCase(ItemText(tree, item), text)) return item;
+    return nullptr;
+}
+
+HIMAGELIST LoadSmallIcons(std::initializer_list<int> ids) {
+    HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, static_cast<int>(ids.size()), 0);
+    for (int id : ids) {
+        HICON icon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(id), IMAGE_ICON, 16, 16, 0));
+        ImageList_AddIcon(images, icon);
+        if (icon) DestroyIcon(icon);
+    }
+    return images;
+}
+
+class PagePicker {
+public:
+    explicit PagePicker(const PagePickerRequest& request) : request_(request) {}
+    ~PagePicker() {
+        if (images_) ImageList_Destroy(images_);
+        if (bigIcon_) DestroyIcon(bigIcon_);
+        if (smallIcon_) DestroyIcon(smallIcon_);
+    }
+
+    bool Run(HWND parent, CXmlElement*& chosen) {
+        INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_SELECT_PAGE, parent, &PagePicker::Proc,
+                                         reinterpret_cast<LPARAM>(this));
+        if (result != IDOK) return false;
+        chosen = chosen_;
+        return true;
+    }
+
+private:
+    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_INITDIALOG) SetWindowLongPtrA(dialog, DWLP_USER, lParam);
+        auto* self = reinterpret_cast<PagePicker*>(GetWindowLongPtrA(dialog, DWLP_USER));
+        if (!self) return FALSE;
+        if (HandleDialogShown(dialog, message)) return TRUE;
+        if (self->layout_.HandleMessage(message, wParam, lParam)) return FALSE;
+        switch (message) {
+            case WM_INITDIALOG:
+                self->OnInitDialog(dialog);
+                AnnounceDialogShown(dialog);
+                return TRUE;
+            case WM_COMMAND:
+                if (LOWORD(wParam) == IDOK) self->OnOK();
+                else if (LOWORD(wParam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
+                return TRUE;
+            case WM_NOTIFY:
+                return self->OnNotify(reinterpret_cast<NMHDR*>(lParam));
+        }
+        return FALSE;
+    }
+
+    void OnInitDialog(HWND dialog) {
+        dialog_ = dialog;
+        tree_ = GetDlgItem(dialog, IDC_PAGE_TREE);
+        layout_.SetUp(dialog, {{IDC_PAGE_TREE, kAnchorRightEdge | kAnchorBottomEdge},
+                               {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
+                               {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
+        bigIcon_ = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
+                                                 GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON), 0));
+        smallIcon_ = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
+                                                   GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
+        SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_));
+        SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_));
+        images_ = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE, IDI_LINK_FOLDER});
+        TreeView_SetImageList(tree_, images_, TVSIL_NORMAL);
+
+        filling_ = true;
+        root_ = InsertItem(TVI_ROOT, "Web Site", kSiteImage, nullptr);
+        if (request_.site) AddChildren(request_.site->GetRoot(), root_);
+        TreeView_Expand(tree_, root_, TVE_EXPAND);
+        filling_ = false;
+
+        const std::string& current = request_.currentPage;
+        if (!current.empty() && current != kChoosePageHint) {
+            if (HTREEITEM item = FindItemByText(tree_, current)) TreeView_SelectItem(tree_, item);
+            return;
+        }
+        std::string last = CurrentHostSettings().GetString(kSettingsSection, kLastExpandedEntry);
+        if (last.empty()) return;
+        if (HTREEITEM item = FindItemByText(tree_, last)) {
+            TreeView_EnsureVisible(tree_, item);
+            TreeView_Expand(tree_, item, TVE_EXPAND);
+        }
+    }
+
+    HTREEITEM InsertItem(HTREEITEM parent, const std::string& text, int image, CXmlElement* node) {
+        TVINSERTSTRUCTA insert = {};
+        insert.hParent = parent;
+        insert.hInsertAfter = TVI_LAST;
+        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
+        insert.item.pszText = const_cast<char*>(text.c_str());
+        insert.item.iImage = insert.item.iSelectedImage = image;
+        insert.item.lParam = reinterpret_cast<LPARAM>(node);
+        return reinterpret_cast<HTREEITEM>(SendMessageA(tree_, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+    }
+
+    // Folders and pages below element, under item; without recursion, so
+    // any depth is safe.
+    void AddChildren(CXmlElement* element, HTREEITEM item) {
+        std::vector<std::pair<CXmlElement*, HTREEITEM>> pending{{element, item}};
+        while (!pending.empty()) {
+            auto [parent, parentItem] = pending.back();
+            pending.pop_back();
+            // Children are pushed in reverse so they are taken in document order.
+            std::vector<std::pair<CXmlElement*, HTREEITEM>> next;
+            for (std::size_t i = 0; i < parent->GetChildCount(); ++i) {
+                CXmlElement* node = parent->GetChild(i);
+                node->SetName(ascii::Lower(node->GetName()));
+                bool folder = node->GetName() == "folder";
+                if (!folder && node->GetName() != "page") continue;
+                HTREEITEM added = InsertItem(parentItem, node->GetAttribute("name"), folder ? kFolderImage : kPageImage, node);
+                if (added) next.push_back({node, added});
+            }
+            pending.insert(pending.end(), next.rbegin(), next.rend());
+        }
+    }
+
+    BOOL OnNotify(NMHDR* header) {
+        if (header->idFrom != IDC_PAGE_TREE) return FALSE;
+        switch (header->code) {
+            case TVN_ITEMEXPANDEDA:
+            case TVN_ITEMEXPANDEDW: {
+                auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
+                if (!filling_ && (view->action & TVE_EXPAND) && view->itemNew.hItem != root_)
+                    CurrentHostSettings().WriteString(kSettingsSection, kLastExpandedEntry,
+                                                      ItemText(tree_, view->itemNew.hItem));
+                return FALSE;
+            }
+            case TVN_SELCHANGEDA:
+            case TVN_SELCHANGEDW: {
+                auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
+                bool enable = request_.allowFolders || !IsFolder(ItemNode(tree_, view->itemNew.hItem));
+                EnableWindow(GetDlgItem(dialog_, IDOK), enable);
+                return FALSE;
+            }
+            case NM_DBLCLK:
+                OnOK();
+                return FALSE;
+        }
+        return FALSE;
+    }
+
+    void OnOK() {
+        HTREEITEM selected = TreeView_GetSelection(tree_);
+        if (!selected || selected == root_) return;
+        CXmlElement* node = ItemNode(tree_, selected);
+        if (!node || (!request_.allowFolders && IsFolder(node))) return;
+        chosen_ = node;
+        EndDialog(dialog_, IDOK);
+    }
+
+    const PagePickerRequest& request_;
+    HWND dialog_ = nullptr;
+    HWND tree_ = nullptr;
+    HTREEITEM root_ = nullptr;
+    bool filling_ = false;
+    HIMAGELIST images_ = nullptr;
+    HICON bigIcon_ = nullptr;
+    HICON smallIcon_ = nullptr;
+    ResizableDialog layout_;
+    CXmlElement* chosen_ = nullptr;
+};
+
+}  // namespace
+
+bool RunPagePicker(HWND parent, const PagePickerRequest& request, CXmlElement*& chosen) {
+    PagePicker picker(request);
+    return picker.Run(parent, chosen);
+}
