@@ -41,11 +41,23 @@ xsltSecurityPrefsPtr SharedSecurityPrefs() {
     return prefs;
 }
 
+// Windows-1252 leaves 0x81, 0x8D, 0x8F, 0x90 and 0x9D undefined, and Windows
+// converts each of them to and from the control character of the same number
+// (U+0081 ...), so every byte survives a round trip. iconv refuses them;
+// the converter maps them itself.
+bool IsWindows1252Gap(unsigned char c) { return c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D; }
+
+bool IsWindows1252(std::string name) {
+    for (char& c : name) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+    return name == "WINDOWS-1252" || name == "CP1252";
+}
+
 // One direction of a code-page conversion. Bytes the target cannot hold
 // become '?', and invalid input bytes are skipped as one '?'.
 class Converter {
 public:
-    Converter(const char* to, const char* from) : cd_(iconv_open(to, from)) {}
+    Converter(const char* to, const char* from)
+        : cd_(iconv_open(to, from)), windows1252_(IsWindows1252(to) || IsWindows1252(from)) {}
     ~Converter() {
         if (ok()) iconv_close(cd_);
     }
@@ -67,10 +79,24 @@ public:
             out.append(buffer, static_cast<std::size_t>(outPtr - buffer));
             if (r != static_cast<std::size_t>(-1) || errno == E2BIG) continue;
             // EILSEQ or EINVAL: replace one offending character.
+            const unsigned char lead = static_cast<unsigned char>(*in);
+            if (windows1252_ && !utf8Input_ && IsWindows1252Gap(lead)) {
+                out += '\xC2';
+                out += static_cast<char>(lead);
+                ++in;
+                --inLeft;
+                continue;
+            }
+            if (windows1252_ && utf8Input_ && lead == 0xC2 && inLeft >= 2 &&
+                IsWindows1252Gap(static_cast<unsigned char>(in[1]))) {
+                out += in[1];
+                in += 2;
+                inLeft -= 2;
+                continue;
+            }
             out += '?';
             std::size_t skip = 1;
             if (utf8Input_) {
-                unsigned char lead = static_cast<unsigned char>(*in);
                 skip = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
                 if (skip > inLeft) skip = inLeft;
             }
@@ -83,6 +109,7 @@ public:
 
 private:
     iconv_t cd_;
+    bool windows1252_;
     bool utf8Input_ = false;
 };
 
