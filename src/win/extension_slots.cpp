@@ -12,7 +12,8 @@
 
 #include <string>
 
-#include "render/placeholder_drawing.h"
+#include "render/design_view.h"
+#include "ui/properties_dialog.h"
 #include "win/archive_byte_stream.h"
 #include "win/extension_object.h"
 #include "win/mfc42_runtime.h"
@@ -85,13 +86,19 @@ int PW_THISCALL PwGetVersion(CPagewrightExtension*) { return 2; }
 void PW_THISCALL PwDraw(CPagewrightExtension* self, HDC dc, const RECT* rect) {
     if (!dc || !rect) return;
     Guarded(self, [&](CExtensionEngine& engine) {
-        // Render method 0 is the placeholder; the picture (1) and the HTML
-        // snapshot (2) are not drawn by this version; other values draw nothing.
-        if (engine.GetRenderMethod() == 0) DrawPlaceholder(dc, *rect, engine.GetToolbarText());
+        DrawDesignView(dc, *rect, engine.GetRenderMethod(), engine.GetToolbarText(), self->parts->preview);
     });
 }
 
-void PW_THISCALL PwProperties(CPagewrightExtension*, HWND) {}
+// The dialog edits a copy of the values; only OK gives the copy back, and
+// the design-view HTML is regenerated from it.
+void PW_THISCALL PwProperties(CPagewrightExtension* self, HWND parent) {
+    Guarded(self, [&](CExtensionEngine& engine) {
+        CPropertiesDialog dialog(&engine.GetDefinition(), &engine.GetSiteStructureDocument());
+        dialog.Values() = engine.GetValues();
+        if (dialog.DoModal(parent) == IDOK) engine.ReplaceValues(dialog.Values());
+    });
+}
 
 CStringLayout* PW_THISCALL PwGetHtml(CPagewrightExtension* self, CStringLayout* result, const char* context) {
     return StringResult(result, self, [&](CExtensionEngine& engine) { return engine.GetHtml(OrEmpty(context)); });

@@ -17,13 +17,15 @@
 //   urls [--set-url N=TEXT]...
 //   save FILE                 storing Serialize into FILE
 //   draw FILE.bmp W H [--rect L,T,R,B]
-//   properties                the Properties dialog over a real window
+//   properties [STEP]...      the Properties dialog over a real window, driven
+//                             by the steps of dialog_script.h when given
 //   runtime                   checks of the shared run time (see below)
 //   delete-null               DeleteExtensionObject(nullptr)
 //   odd-arguments             every operation with null and out-of-range arguments
 //
 // Exit codes: 0 done, 1 the plug-in misbehaved, 2 bad command line.
 #include "extension_interface.h"
+#include "dialog_script.h"
 #include "host_io.h"
 #include "message_box_trap.h"
 
@@ -206,28 +208,11 @@ int CommandHtml(Plugin& plugin, int argc, char** argv) {
     return 0;
 }
 
-int CommandUrls(Plugin& plugin, int argc, char** argv) {
-    CPagewrightExtension* o = plugin.object;
-    for (int i = 0; i < argc; ++i) {
-        if (strcmp(argv[i], "--set-url") != 0 || i + 1 >= argc) return Usage("urls takes --set-url N=TEXT");
-        char* arg = argv[++i];
-        char* equals = strchr(arg, '=');
-        int index = 0;
-        if (!equals) return Usage("--set-url needs N=TEXT: ", arg);
-        *equals = 0;
-        if (!ParseInt(arg, index)) return Usage("--set-url needs a number: ", arg);
-        o->SetURL(index, equals + 1);
-    }
-    int count = o->GetURLCount();
-    printf("{\"count\":%d,\"urls\":[", count);
-    for (int i = 0; i < count; ++i) {
-        if (i) putchar(',');
-        PrintCString(o->GetURL(i));
-    }
-    // The property values as the object would store them.
+// The property values as the object would store them, as a JSON object.
+void PrintStoredValues(CPagewrightExtension* o) {
     Bytes record;
     StoreRecord(o, record);
-    printf("],\"values\":{");
+    putchar('{');
     UINT at = 8;
     auto readLength = [&](UINT& length) -> bool {
         if (at + 1 > record.size) return false;
@@ -264,7 +249,30 @@ int CommandUrls(Plugin& plugin, int argc, char** argv) {
         putchar(':');
         PrintJsonString(value, valueLength);
     }
-    printf("}}\n");
+    putchar('}');
+}
+
+int CommandUrls(Plugin& plugin, int argc, char** argv) {
+    CPagewrightExtension* o = plugin.object;
+    for (int i = 0; i < argc; ++i) {
+        if (strcmp(argv[i], "--set-url") != 0 || i + 1 >= argc) return Usage("urls takes --set-url N=TEXT");
+        char* arg = argv[++i];
+        char* equals = strchr(arg, '=');
+        int index = 0;
+        if (!equals) return Usage("--set-url needs N=TEXT: ", arg);
+        *equals = 0;
+        if (!ParseInt(arg, index)) return Usage("--set-url needs a number: ", arg);
+        o->SetURL(index, equals + 1);
+    }
+    int count = o->GetURLCount();
+    printf("{\"count\":%d,\"urls\":[", count);
+    for (int i = 0; i < count; ++i) {
+        if (i) putchar(',');
+        PrintCString(o->GetURL(i));
+    }
+    printf("],\"values\":");
+    PrintStoredValues(o);
+    printf("}\n");
     return 0;
 }
 
@@ -316,23 +324,69 @@ int CommandDraw(Plugin& plugin, int argc, char** argv) {
     return restored ? 0 : Fail("Draw left the device context changed");
 }
 
+// The host's frame shows the object as the design view would.
+CPagewrightExtension* g_shownObject = nullptr;
+
 LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM w, LPARAM l) {
+    if (message == WM_PAINT) {
+        PAINTSTRUCT paint;
+        HDC dc = BeginPaint(window, &paint);
+        RECT client;
+        GetClientRect(window, &client);
+        FillRect(dc, &client, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+        RECT object = {24, 24, 214, 214};
+        if (g_shownObject) g_shownObject->Draw(dc, &object);
+        EndPaint(window, &paint);
+        return 0;
+    }
     return DefWindowProcA(window, message, w, l);
 }
 
-int CommandProperties(Plugin& plugin) {
+// The dialog over a real frame window; with steps, driven by them (see
+// dialog_script.h), without, left to whoever sits at the screen. Reports
+// what the dialog showed, the values the object keeps afterwards and its
+// published HTML.
+int CommandProperties(Plugin& plugin, int stepCount, char** steps) {
     WNDCLASSA frameClass = {};
     frameClass.lpfnWndProc = FrameProc;
     frameClass.hInstance = GetModuleHandleA(nullptr);
     frameClass.lpszClassName = "PwHostFrame";
     frameClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
     RegisterClassA(&frameClass);
-    HWND frame = CreateWindowExA(0, "PwHostFrame", "pwhost", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 800, 600,
+    g_shownObject = plugin.object;
+    HWND frame = CreateWindowExA(0, "PwHostFrame", "pwhost", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 640,
                                  nullptr, nullptr, frameClass.hInstance, nullptr);
     if (!frame) return Fail("cannot create the host window");
+    UpdateWindow(frame);
+    DialogScriptReport report;
+    if (stepCount > 0) StartDialogScript(frame, stepCount, steps, &report);
     plugin.object->Properties(frame);
+    StopDialogScript();
+    bool frameEnabled = IsWindowEnabled(frame) != FALSE;
+    g_shownObject = nullptr;
     DestroyWindow(frame);
-    printf("{\"returned\":true}\n");
+    printf("{\"returned\":true,\"frameEnabled\":%s", frameEnabled ? "true" : "false");
+    if (stepCount > 0) {
+        printf(",\"caption\":");
+        PrintJsonString(report.caption);
+        printf(",\"developer\":");
+        PrintJsonString(report.developer);
+        printf(",\"website\":");
+        PrintJsonString(report.website);
+        printf(",\"rows\":%s", report.rows ? report.rows : "null");
+    }
+    printf(",\"values\":");
+    PrintStoredValues(plugin.object);
+    printf(",\"html\":");
+    CString html = plugin.object->GetHtml("");
+    PrintCString(html);
+    printf(",\"head\":");
+    CString head = plugin.object->GetHeaderHtml();
+    PrintCString(head);
+    printf("}\n");
+    free(report.rows);
+    if (stepCount > 0 && !report.found) return Fail("the Properties dialog never appeared");
+    if (report.failed) return Fail("script: ", report.failure);
     return 0;
 }
 
@@ -479,8 +533,8 @@ int main(int argc, char** argv) {
         code = CommandSave(plugin, rest[0]);
     } else if (strcmp(command, "draw") == 0) {
         code = CommandDraw(plugin, restc, rest);
-    } else if (strcmp(command, "properties") == 0 && restc == 0) {
-        code = CommandProperties(plugin);
+    } else if (strcmp(command, "properties") == 0) {
+        code = CommandProperties(plugin, restc, rest);
     } else if (strcmp(command, "odd-arguments") == 0 && restc == 0) {
         code = CommandOddArguments(plugin);
     } else if (strcmp(command, "runtime") == 0 && restc == 0) {

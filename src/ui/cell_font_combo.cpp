@@ -1,0 +1,3 @@
+#include "ui/cell_font_combo.h"
+
+PWGRID_IMPLEMENT_CELL(CExtGridCellFontComboBox, CExtGridCellComboBox)
