@@ -9,7 +9,7 @@ import base64
 from xml_model import escape
 
 XSL_NS = b"http://www.w3.org/1999/XSL/Transform"
-ACCENTED = [b"\xe9", b"\xfc", b"\x80", b"\xc5", b"\xdf"]
+ACCENTED = [b"\xe9", b"\xfc", b"\x80", b"\xc5", b"\xdf", b"\x81", b"\x9d"]
 
 
 def base64_lines(data):

@@ -7,7 +7,15 @@ guesses.
 Both documents are 8-bit text in the Windows code page; they are read as
 such, and the output is written back the same way.
 """
+import codecs
 import xml.etree.ElementTree as ET
+
+# Windows maps the five bytes Windows-1252 leaves undefined to the control
+# characters of the same number and back.
+GAPS = b"\x81\x8d\x8f\x90\x9d"
+codecs.register_error("windows-gaps-in", lambda e: (chr(e.object[e.start]), e.start + 1))
+codecs.register_error("windows-gaps-out", lambda e: (
+    "".join(c if ord(c) in GAPS else "?" for c in e.object[e.start:e.end]).encode("latin-1"), e.end))
 
 XSL = "{http://www.w3.org/1999/XSL/Transform}"
 
@@ -18,7 +26,7 @@ class Unsupported(Exception):
 
 def _parse(data):
     try:
-        return ET.fromstring(data.decode("cp1252"))
+        return ET.fromstring(data.decode("cp1252", "windows-gaps-in"))
     except (ET.ParseError, UnicodeDecodeError, ValueError):
         return None
 
@@ -66,4 +74,4 @@ def transform(listing, template):
         raise Unsupported("one template for '/' expected")
     out = []
     _run(main[0], source, None, out)
-    return "".join(out).encode("cp1252")
+    return "".join(out).encode("cp1252", "windows-gaps-out")
