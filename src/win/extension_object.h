@@ -4,17 +4,22 @@
 // conventions; the rest of it is ours. It stays two pointers wide, so a host
 // that allocates it from an MSVC declaration of the class always has room.
 //
-// Behind it, CExtensionParts holds the engine and the Windows services the
-// engine borrows: the Windows file system and the MSXML transformer.
+// Behind it, CExtensionParts holds the engine, the Windows services the
+// engine borrows (the Windows file system and the MSXML transformer) and the
+// preview picture that render method 1 draws.
 #include <memory>
 
 #include "extension/extension_engine.h"
 #include "platform/file_system.h"
+#include "render/preview_image.h"
 #include "win/msxml_transformer.h"
 
 struct CExtensionParts {
+    // Builds the engine, then loads the preview picture from the
+    // definition's IMAGE element when there is one.
     CExtensionParts();
 
+    CPreviewImage preview;
     std::unique_ptr<CFileSystem> fileSystem;
     CMsxmlTransformer transformer;
     CExtensionEngine engine;

@@ -19,6 +19,9 @@ import sys
 import tempfile
 import unittest
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "definitions"))
+import pictures  # noqa: E402  (the pictures of the picture_*.xml definitions)
+
 BIN = SOURCE = PWEXT = None
 GREY = (128, 128, 128)
 WHITE = (255, 255, 255)
@@ -438,9 +441,62 @@ class Drawing(Scratch):
         px = self.draw("slidewave_test_usediv_1.dll", 50, 30)
         self.assertEqual(self.frame_and_inside(px, 0, 0, 50, 30), set())
 
-    def test_picture_method_without_picture_draws_nothing(self):
-        px = self.draw("slidewave_test_usediv_01.dll", 50, 30)
+
+class PictureDrawing(Scratch):
+    """Render method 1: the definition's IMAGE picture, drawn at its natural
+    size from the rectangle's top-left corner, cut at the rectangle's right
+    and bottom, never scaled; nothing at all without a picture."""
+    PICTURES = {"slidewave_test_picture_png.dll": pictures.png_picture(),
+                "slidewave_test_picture_bmp.dll": pictures.bmp_picture()}
+
+    def draw(self, dll, width, height, rect):
+        out = self.path("draw.bmp")
+        self.assertEqual(pwhost_json(dll, "draw", out, str(width), str(height), "--rect", rect), {"dcRestored": True})
+        return read_bmp(out)[2]
+
+    def expected(self, picture, width, height, left, top, right, bottom):
+        """White everywhere except the part of the picture inside the
+        rectangle, placed at its top-left; transparent pixels stay white."""
+        rows = [[WHITE] * width for _ in range(height)]
+        for y, row in enumerate(picture):
+            for x, (r, g, b, a) in enumerate(row):
+                if left + x < right and top + y < bottom and a:
+                    rows[top + y][left + x] = (r, g, b)
+        return rows
+
+    def test_natural_size_from_the_top_left(self):
+        for dll, picture in self.PICTURES.items():
+            self.assertEqual(self.draw(dll, 60, 40, "7,5,55,38"), self.expected(picture, 60, 40, 7, 5, 55, 38), dll)
+
+    def test_cut_at_the_rectangle_never_scaled(self):
+        for dll, picture in self.PICTURES.items():
+            self.assertEqual(self.draw(dll, 40, 30, "3,2,15,9"), self.expected(picture, 40, 30, 3, 2, 15, 9), dll)
+
+    def test_reversed_rectangle_is_normalised(self):
+        dll = "slidewave_test_picture_bmp.dll"
+        self.assertEqual(self.draw(dll, 40, 30, "15,9,3,2"), self.draw(dll, 40, 30, "3,2,15,9"))
+
+    def test_transparent_pixels_show_the_page(self):
+        px = self.draw("slidewave_test_picture_png.dll", 30, 20, "0,0,30,20")
+        self.assertEqual({px[y][pictures.WIDTH - 1] for y in range(pictures.HEIGHT)}, {WHITE})
+
+    def test_without_picture_draws_nothing(self):
+        # rendermethod="1" and no IMAGE: no placeholder, no frame.
+        px = self.draw("slidewave_test_usediv_01.dll", 50, 30, "0,0,50,30")
         self.assertTrue(all(c == WHITE for row in px for c in row))
+
+    def test_temporary_picture_file_is_removed(self):
+        prefix = wine_env()["WINEPREFIX"]
+        folders = [os.path.join(prefix, "drive_c", *parts) for parts in
+                   (("users", user, "Temp") for user in os.listdir(os.path.join(prefix, "drive_c", "users")))]
+        folders += [os.path.join(prefix, "drive_c", "windows", "temp")]
+
+        def leftovers():
+            return {os.path.join(f, n) for f in folders if os.path.isdir(f) for n in os.listdir(f)
+                    if n.lower().startswith("~pw")}
+        before = leftovers()
+        pwhost("slidewave_test_picture_png.dll", "info")
+        self.assertEqual(leftovers() - before, set())
 
 
 class BinaryInterface(unittest.TestCase):

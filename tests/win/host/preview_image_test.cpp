@@ -97,7 +97,7 @@ TEST_F(PreviewImage, MissingFileIsLookedForInTheImagesFolder) {
 }
 
 TEST_F(PreviewImage, FileThatIsNoPictureIsReadButNotLoaded) {
-    std::string junk = folder.Write("junk.bmp", "BM but nothing more");
+    std::string junk = folder.Write("junk.bmp", "nothing but text, no picture");
     CPreviewImage image;
     EXPECT_TRUE(image.Load(junk.c_str(), nullptr));
     EXPECT_FALSE(image.IsLoaded());
