@@ -90,9 +90,13 @@ class Case:
         """One PROPERTY element; `counted` is false when it sits where the
         engine never looks, so that the case does not expect it."""
         r = self.rng
-        kind = r.choice([0, 1, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 8, 8, 9, -1, None, b"x", b" 8", b"&#56;"])
-        code = kind if isinstance(kind, int) else (8 if kind == b" 8" else 0)   # entities in `type` are not decoded
-        variable = b"$v%d$" % index if r.random() < 0.9 else r.choice([b"$v%d$" % (index - 1), b"", b"$V0$"])
+        kind = r.choice([0, 1, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 8, 8, 9, -1, None,
+                         b"x", b" 8", b"&#56;", b"8x", b"+8", b"08", b"3.5", b"6 "])
+        # The code as a leading decimal number; entities in `type` are not decoded.
+        code = kind if isinstance(kind, int) else {b" 8": 8, b"8x": 8, b"+8": 8, b"08": 8, b"3.5": 3,
+                                                       b"6 ": 6}.get(kind, 0)
+        variable = b"$v%d$" % index if r.random() < 0.85 else r.choice(
+            [b"$v%d$" % (index - 1), b"", b"$V0$", b"v", b"caption", b"$a.b*$", b"$v1"])
         if code == 6:
             variable = b"$img%d$" % index
         attrs = {b"name": b"P%d" % index, b"description": self.maybe_entity(self.text(False))}
@@ -121,7 +125,8 @@ class Case:
             self.sets.append((variable, self.value_for(code, default=False)))
         keys = list(attrs)
         r.shuffle(keys)
-        return b"<PROPERTY " + b" ".join(k + b'="' + attrs[k] + b'"' for k in keys) + b" ></PROPERTY>"
+        text = b" ".join(k + b'="' + attrs[k] + b'"' for k in keys)
+        return b"<PROPERTY " + text + r.choice([b" ></PROPERTY>", b"/>", b" />"])
 
     def value_for(self, code, default):
         r = self.rng
@@ -205,7 +210,10 @@ class Case:
             attrs = b'filename="' + r.choice([b"f%d.txt" % i, b"style.css", b"a b.js", b"x&amp;y.txt"]) + b'" '
             if flag is not None:
                 attrs += b'process_file="' + flag + b'" '
-            out.append(b"<FILE " + attrs + b">" + base64_lines(content) + b"</FILE>\r\n")
+            encoded = base64_lines(content)
+            if r.random() < 0.1:   # two Base64 blocks, padding between them
+                encoded = base64_lines(content[:5]) + base64_lines(content[5:])
+            out.append(b"<FILE " + attrs + b">" + encoded + b"</FILE>\r\n")
         return b"".join(out)
 
     def site_structure(self):
