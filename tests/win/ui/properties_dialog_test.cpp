@@ -1,0 +1,429 @@
+// The Properties dialog over small definitions: the rows it builds from
+// PROPERTIES, what a changed row writes back into the values, its captions
+// and website link, and the modal run with OK and Cancel.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "grid/cell_bool.h"
+#include "grid/cell_color.h"
+#include "grid/cell_combo.h"
+#include "grid/cell_file.h"
+#include "grid/cell_string.h"
+#include "ui/cell_font_combo.h"
+#include "ui/cell_images.h"
+#include "ui/cell_url.h"
+#include "ui/properties_dialog.h"
+
+namespace {
+
+std::string Definition(const std::string& rootAttributes, const std::string& properties) {
+    return "<?xml version=\"1.0\"?>\n<EXTENSION " + rootAttributes + ">\n" + properties + "\n</EXTENSION>\n";
+}
+
+std::string Property(const std::string& name, int type, const std::string& value, const std::string& extra = "") {
+    return "<PROPERTY name=\"" + name + "\" variable=\"$" + name + "$\" type=\"" + std::to_string(type) +
+           "\" value=\"" + value + "\" description=\"About " + name + "\" " + extra + "></PROPERTY>";
+}
+
+class PropertiesDialogTest : public ::testing::Test {
+protected:
+    void TearDown() override { m_dialog.reset(); }
+
+    // Opens the dialog (hidden, not modal) over a definition; values are
+    // given to the dialog first, as the object does.
+    void Open(const std::string& definition, std::initializer_list<std::pair<const char*, const char*>> values = {}) {
+        m_definition.Parse(definition);
+        m_dialog = std::make_unique<CPropertiesDialog>(&m_definition, &m_site);
+        for (const auto& v : values) m_dialog->Values().Set(v.first, v.second);
+        ASSERT_NE(m_dialog->Create(nullptr), nullptr);
+    }
+
+    CExtPropertyStore* Store() { return m_dialog->Grid().PropertyStoreGet(); }
+    CExtPropertyValue* Row(const std::string& category, const std::string& name, int occurrence = 0) {
+        CExtPropertyStore* store = Store();
+        for (int c = 0; c < store->ItemGetCount(); ++c) {
+            CExtPropertyItem* cat = store->ItemGetAt(c);
+            if (cat->NameGet() != category || occurrence-- > 0) continue;
+            CExtPropertyItem* item = cat->ItemFind(name);
+            return item && item->IsValue() ? static_cast<CExtPropertyValue*>(item) : nullptr;
+        }
+        return nullptr;
+    }
+    template <class Cell>
+    Cell* CellOf(const std::string& category, const std::string& name) {
+        CExtPropertyValue* row = Row(category, name);
+        if (!row) return nullptr;
+        CExtGridCell* cell = row->ValueActiveGet();
+        return cell && cell->IsKindOf(Cell::kClass) ? static_cast<Cell*>(cell) : nullptr;
+    }
+    // The user toggles the row (Space in the grid): the grid raises its
+    // notification, which reaches the dialog.
+    void Toggle(const std::string& category, const std::string& name) {
+        CExtPropertyGridWnd& rows = m_dialog->Grid().GetGrid();
+        rows.FocusSet(rows.FindRow(Row(category, name)));
+        rows.ToggleFocus();
+    }
+    // The user confirmed the row's value as it is.
+    void Confirm(const std::string& category, const std::string& name) {
+        m_dialog->Grid().GetGrid().OnCellInputComplete(*Row(category, name));
+    }
+    std::string Stored(const std::string& variable) {
+        const std::string* value = m_dialog->Values().Find(variable);
+        return value ? *value : "<absent>";
+    }
+    std::string WindowText(HWND hwnd) {
+        char text[512] = {};
+        GetWindowTextA(hwnd, text, sizeof text);
+        return text;
+    }
+
+    CXmlDocument m_definition;
+    CXmlDocument m_site;
+    std::unique_ptr<CPropertiesDialog> m_dialog;
+};
+
+const std::string kEveryType = Definition(
+    "title=\"Gallery\" developer=\"Dev &amp; Co\" website=\"https://example.org/\"",
+    "<PROPERTIES>"
+    "<CATEGORY name=\"Main\">" +
+        Property("Flag", 0, "true") + Property("Color", 1, "#FF8000") + Property("Text", 2, "a &amp; b") +
+        Property("File", 3, "C:\\x.txt") + Property("Face", 4, "NoSuchFace") + Property("Size", 5, "12") +
+        Property("Images", 6, "&lt;GALLERY/&gt;") + Property("Choice", 7, "b", "options=\"a|b|c\"") +
+        Property("Link", 8, "index.html") + Property("Unknown", 9, "x") + Property("Negative", -1, "x") +
+        "<PROPERTY name=\"NoType\" variable=\"$notype$\" value=\"true\"></PROPERTY>"
+        "<OTHER name=\"Skipped\" type=\"2\"></OTHER>"
+    "</CATEGORY>"
+    "<CATEGORY name=\"Empty\"></CATEGORY>"
+    "<SOMETHING name=\"NotACategory\"><PROPERTY name=\"Lost\" type=\"2\"></PROPERTY></SOMETHING>"
+    "</PROPERTIES>");
+
+TEST_F(PropertiesDialogTest, OneCategoryPerCategoryAndARowPerKnownType) {
+    Open(kEveryType);
+    CExtPropertyStore* store = Store();
+    ASSERT_NE(store, nullptr);
+    EXPECT_EQ(store->NameGet(), "Extension");
+    ASSERT_EQ(store->ItemGetCount(), 2);
+    EXPECT_EQ(store->ItemGetAt(1)->NameGet(), "Empty");
+    EXPECT_EQ(store->ItemGetAt(1)->ItemGetCount(), 0);
+    CExtPropertyItem* main = store->ItemGetAt(0);
+    std::vector<std::string> names;
+    for (int i = 0; i < main->ItemGetCount(); ++i) names.push_back(main->ItemGetAt(i)->NameGet());
+    EXPECT_EQ(names, (std::vector<std::string>{"Flag", "Color", "Text", "File", "Face", "Size", "Images", "Choice",
+                                               "Link", "NoType"}));
+    EXPECT_EQ(Row("Main", "Text")->DescriptionGet(), "About Text");
+    EXPECT_NE(CellOf<CExtGridCellBool>("Main", "Flag"), nullptr);
+    EXPECT_NE(CellOf<CExtGridCellColor>("Main", "Color"), nullptr);
+    EXPECT_EQ(&Row("Main", "Text")->ValueActiveGet()->GetCellClass(), &CExtGridCellString::kClass);
+    EXPECT_EQ(&Row("Main", "File")->ValueActiveGet()->GetCellClass(), &CExtGridCellFile::kClass);
+    EXPECT_NE(CellOf<CExtGridCellFontComboBox>("Main", "Face"), nullptr);
+    EXPECT_EQ(&Row("Main", "Size")->ValueActiveGet()->GetCellClass(), &CExtGridCellComboBox::kClass);
+    EXPECT_NE(CellOf<CExtGridCellImages>("Main", "Images"), nullptr);
+    EXPECT_NE(CellOf<CExtGridCellURL>("Main", "Link"), nullptr);
+    // A missing type counts as 0: a check box.
+    EXPECT_TRUE(CellOf<CExtGridCellBool>("Main", "NoType")->GetChecked());
+    // Attribute texts are shown decoded.
+    EXPECT_EQ(Row("Main", "Text")->ValueActiveGet()->GetText(), "a & b");
+    // The building happens once.
+    EXPECT_EQ(m_dialog->BuildPropertyStore(), store);
+}
+
+TEST_F(PropertiesDialogTest, ValuesGivenToTheDialogWinOverTheDefinition) {
+    Open(kEveryType, {{"$Text$", "from the object"}, {"$Link$", ""}});
+    EXPECT_EQ(Row("Main", "Text")->ValueActiveGet()->GetText(), "from the object");
+    EXPECT_EQ(Row("Main", "Link")->ValueActiveGet()->GetText(), "");   // an empty value is still a value
+}
+
+TEST_F(PropertiesDialogTest, CellsCarryTheSiteStructureAndTheImageList) {
+    Open(kEveryType);
+    auto* images = CellOf<CExtGridCellImages>("Main", "Images");
+    EXPECT_EQ(images->GetImageListText(), "<GALLERY/>");
+    EXPECT_EQ(images->GetSiteStructure(), &m_site);
+    EXPECT_EQ(CellOf<CExtGridCellURL>("Main", "Link")->GetSiteStructure(), &m_site);
+    Confirm("Main", "Images");
+    EXPECT_EQ(Stored("$Images$"), "<GALLERY/>");
+}
+
+TEST_F(PropertiesDialogTest, WithoutPropertiesTheGridIsEmpty) {
+    Open(Definition("title=\"\"", "<HTML_BODY>eA==</HTML_BODY>"), {{"$kept$", "1"}});
+    EXPECT_EQ(Store()->ItemGetCount(), 0);
+    EXPECT_EQ(m_dialog->Grid().GetGrid().RowCount(), 0);
+    EXPECT_EQ(Stored("$kept$"), "1");
+}
+
+TEST_F(PropertiesDialogTest, BooleanIsCheckedOnlyByLowerCaseTrueAndStoredInLowerCase) {
+    Open(Definition("", "<PROPERTIES><CATEGORY name=\"C\">" + Property("Upper", 0, "True") +
+                            Property("Lower", 0, "true") + "</CATEGORY></PROPERTIES>"));
+    EXPECT_FALSE(CellOf<CExtGridCellBool>("C", "Upper")->GetChecked());
+    EXPECT_TRUE(CellOf<CExtGridCellBool>("C", "Lower")->GetChecked());
+    Toggle("C", "Upper");
+    EXPECT_EQ(Stored("$Upper$"), "true");
+    Toggle("C", "Upper");
+    EXPECT_EQ(Stored("$Upper$"), "false");
+    EXPECT_EQ(Stored("$Lower$"), "<absent>");   // untouched rows are not written
+}
+
+TEST_F(PropertiesDialogTest, ColoursAreReadLenientlyAndWrittenAsSevenCharacters) {
+    Open(Definition("", "<PROPERTIES><CATEGORY name=\"C\">" + Property("Red", 1, "red") +
+                            Property("Green", 1, "x#00ff00") + "</CATEGORY></PROPERTIES>"));
+    auto* red = CellOf<CExtGridCellColor>("C", "Red");
+    auto* green = CellOf<CExtGridCellColor>("C", "Green");
+    EXPECT_EQ(red->GetColor(), static_cast<COLORREF>(-1));
+    EXPECT_EQ(green->GetColor(), RGB(0, 255, 0));
+    EXPECT_FALSE(green->IsAutomaticEnabled());
+    EXPECT_EQ(green->GetAutomaticColor(), static_cast<COLORREF>(-1));
+    EXPECT_EQ(green->GetCustomColorCaption(), "More colors...");
+    Confirm("C", "Green");
+    EXPECT_EQ(Stored("$Green$"), "#00FF00");
+}
+
+TEST_F(PropertiesDialogTest, FontSizesSelectByNumberAndAreBoundToTheList) {
+    Open(Definition("", "<PROPERTIES><CATEGORY name=\"C\">" + Property("Odd", 5, "13") + Property("Padded", 5, "010") +
+                            "</CATEGORY></PROPERTIES>"));
+    auto* odd = CellOf<CExtGridCellComboBox>("C", "Odd");
+    auto* padded = CellOf<CExtGridCellComboBox>("C", "Padded");
+    ASSERT_EQ(odd->GetCount(), 18);
+    EXPECT_EQ(odd->GetString(0), "6");
+    EXPECT_EQ(odd->GetString(17), "72");
+    EXPECT_EQ(odd->GetCurSel(), -1);
+    EXPECT_EQ(padded->GetSelectedText(), "10");
+    EXPECT_TRUE(padded->IsListBound());
+    EXPECT_FALSE(padded->ValidateText("13"));
+    // Nothing selected is stored as empty text.
+    Confirm("C", "Odd");
+    EXPECT_EQ(Stored("$Odd$"), "");
+    Toggle("C", "Padded");   // steps to the next entry
+    EXPECT_EQ(Stored("$Padded$"), "11");
+}
+
+TEST_F(PropertiesDialogTest, ChoicesSplitAtBarsAndTheLastEqualEntryIsSelected) {
+    Open(Definition("", "<PROPERTIES><CATEGORY name=\"C\">" + Property("Trailing", 7, "", "options=\"a|b|\"") +
+                            Property("Twice", 7, "b", "options=\"b|a|b\"") + Property("None", 7, "", "options=\"\"") +
+                            Property("Missing", 7, "z", "options=\"a|b\"") + "</CATEGORY></PROPERTIES>"));
+    auto* trailing = CellOf<CExtGridCellComboBox>("C", "Trailing");
+    ASSERT_EQ(trailing->GetCount(), 3);
+    EXPECT_EQ(trailing->GetString(2), "");
+    EXPECT_EQ(trailing->GetCurSel(), 2);
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("C", "Twice")->GetCurSel(), 2);
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("C", "None")->GetCount(), 1);
+    auto* missing = CellOf<CExtGridCellComboBox>("C", "Missing");
+    EXPECT_EQ(missing->GetCurSel(), -1);
+    EXPECT_TRUE(missing->IsListBound());
+    Toggle("C", "Twice");   // from the last entry back to the first
+    EXPECT_EQ(Stored("$Twice$"), "b");
+}
+
+TEST_F(PropertiesDialogTest, AFontThatIsNotInstalledIsShownButStoredEmptyOnceChanged) {
+    Open(kEveryType);
+    auto* face = CellOf<CExtGridCellFontComboBox>("Main", "Face");
+    EXPECT_EQ(face->GetText(), "NoSuchFace");
+    EXPECT_EQ(face->GetCurSel(), -1);
+    EXPECT_FALSE(face->IsListBound());
+    Confirm("Main", "Face");
+    EXPECT_EQ(Stored("$Face$"), "");
+    if (face->GetCount() > 0) {
+        face->SetCurSel(0);
+        Confirm("Main", "Face");
+        EXPECT_EQ(Stored("$Face$"), face->GetString(0));
+    }
+}
+
+TEST_F(PropertiesDialogTest, TextsAndLinksAreStoredAsTyped) {
+    Open(kEveryType);
+    Row("Main", "Text")->ValueActiveGet()->SetText("new <text>");
+    Confirm("Main", "Text");
+    Row("Main", "Link")->ValueActiveGet()->SetText("mailto:x@example.org");
+    Confirm("Main", "Link");
+    Row("Main", "File")->ValueActiveGet()->SetText("D:\\y.png");
+    Confirm("Main", "File");
+    EXPECT_EQ(Stored("$Text$"), "new <text>");
+    EXPECT_EQ(Stored("$Link$"), "mailto:x@example.org");
+    EXPECT_EQ(Stored("$File$"), "D:\\y.png");
+}
+
+TEST_F(PropertiesDialogTest, OnlyTheFirstCategoryOfAnAmbiguousNameIsSearched) {
+    Open(Definition("", "<PROPERTIES>"
+                        "<CATEGORY name=\"Same\">" + Property("First", 2, "1") + "</CATEGORY>"
+                        "<CATEGORY name=\"Same\">" + Property("Second", 2, "2") + Property("First", 2, "3") + "</CATEGORY>"
+                        "</PROPERTIES>"));
+    auto* second = static_cast<CExtPropertyValue*>(Store()->ItemGetAt(1)->ItemFind("Second"));
+    second->ValueActiveGet()->SetText("changed");
+    m_dialog->Grid().GetGrid().OnCellInputComplete(*second);
+    EXPECT_EQ(Stored("$Second$"), "<absent>");
+    // A row of the second category named like one of the first writes the
+    // first's property.
+    auto* shadow = static_cast<CExtPropertyValue*>(Store()->ItemGetAt(1)->ItemFind("First"));
+    shadow->ValueActiveGet()->SetText("from the second");
+    m_dialog->Grid().GetGrid().OnCellInputComplete(*shadow);
+    EXPECT_EQ(Stored("$First$"), "from the second");
+}
+
+TEST_F(PropertiesDialogTest, ChildValuesAreTracedUpToTheirRow) {
+    Open(kEveryType);
+    CExtPropertyValue* text = Row("Main", "Text");
+    auto* child = new CExtPropertyValue("Part");
+    text->ItemInsert(child);
+    child->ValueActiveGetByRTC<CExtGridCellString>()->SetText("x");
+    text->ValueActiveGet()->SetText("parent value");
+    m_dialog->OnValueChanged(*child);
+    EXPECT_EQ(Stored("$Text$"), "parent value");
+}
+
+TEST_F(PropertiesDialogTest, CaptionDeveloperAndWebsiteComeFromTheRoot) {
+    Open(kEveryType);
+    HWND dialog = m_dialog->GetHwnd();
+    EXPECT_EQ(WindowText(dialog), "Gallery Properties");
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kDeveloperId)), "Dev & Co");
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kWebsiteId)), "https://example.org/");
+    EXPECT_EQ(m_dialog->WebsiteLink().GetTarget(), "https://example.org/");
+    // The store selector is never shown, tool tips are off.
+    EXPECT_FALSE(m_dialog->Grid().GetComboBar().IsShown());
+    EXPECT_EQ(m_dialog->Grid().GetComboBar().PropertyStoreGetCount(), 1);
+    EXPECT_FALSE(m_dialog->Grid().AreToolTipsEnabled());
+    // The grid took the placeholder's place.
+    HWND grid = GetDlgItem(dialog, CPropertiesDialog::kGridId);
+    EXPECT_EQ(grid, m_dialog->Grid().GetHwnd());
+}
+
+TEST_F(PropertiesDialogTest, AnEmptyTitleKeepsTheTemplateCaptionAndEmptiesThePlaceholders) {
+    Open(Definition("title=\"\"", "<PROPERTIES/>"));
+    HWND dialog = m_dialog->GetHwnd();
+    EXPECT_EQ(WindowText(dialog), "Properties");
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kDeveloperId)), "");
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kWebsiteId)), "");
+}
+
+TEST_F(PropertiesDialogTest, TheTemplateHasItsFixedLayout) {
+    Open(kEveryType);
+    HWND dialog = m_dialog->GetHwnd();
+    EXPECT_FALSE(GetWindowLongA(dialog, GWL_STYLE) & WS_THICKFRAME);
+    auto units = [&](int id) {
+        RECT r;
+        GetWindowRect(GetDlgItem(dialog, id), &r);
+        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&r), 2);
+        return r;
+    };
+    // Origin and size are converted each on its own, as the dialog manager does.
+    auto dialogUnits = [&](int x, int y, int w, int h) {
+        RECT origin{x, y, w, h};
+        MapDialogRect(dialog, &origin);
+        return RECT{origin.left, origin.top, origin.left + origin.right, origin.top + origin.bottom};
+    };
+    for (auto [id, x, y, w, h] : {std::tuple{IDOK, 190, 266, 50, 14}, std::tuple{IDCANCEL, 244, 266, 50, 14},
+                                  std::tuple{CPropertiesDialog::kGridId, 5, 5, 289, 246},
+                                  std::tuple{CPropertiesDialog::kDeveloperId, 5, 261, 159, 8},
+                                  std::tuple{CPropertiesDialog::kWebsiteId, 5, 272, 159, 8}}) {
+        RECT got = units(id), want = dialogUnits(x, y, w, h);
+        EXPECT_TRUE(EqualRect(&got, &want)) << "control " << id;
+    }
+    RECT client, want = dialogUnits(0, 0, 300, 286);
+    GetClientRect(dialog, &client);
+    EXPECT_TRUE(EqualRect(&client, &want));
+}
+
+TEST_F(PropertiesDialogTest, TheWebsiteLinkIsBlueUnderlinedAndTakesTheMouse) {
+    Open(kEveryType);
+    CHyperlinkStatic& link = m_dialog->WebsiteLink();
+    HWND hwnd = link.GetHwnd();
+    ASSERT_NE(hwnd, nullptr);
+    EXPECT_EQ(link.GetLinkColor(), RGB(0, 0, 255));
+    EXPECT_NE(link.GetCursor(), nullptr);   // resource 145 of our own module
+    LOGFONTA font{};
+    GetObjectA(reinterpret_cast<HFONT>(SendMessageA(hwnd, WM_GETFONT, 0, 0)), sizeof font, &font);
+    EXPECT_TRUE(font.lfUnderline);
+    EXPECT_EQ(SendMessageA(hwnd, WM_NCHITTEST, 0, 0), HTCLIENT);
+    HDC dc = GetDC(hwnd);
+    HBRUSH brush = reinterpret_cast<HBRUSH>(
+        SendMessageA(m_dialog->GetHwnd(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(hwnd)));
+    EXPECT_EQ(GetTextColor(dc), RGB(0, 0, 255));
+    EXPECT_EQ(GetBkMode(dc), TRANSPARENT);
+    EXPECT_EQ(brush, static_cast<HBRUSH>(GetStockObject(NULL_BRUSH)));
+    ReleaseDC(hwnd, dc);
+    // Without a target a click opens nothing (and does not fail).
+    link.SetTarget("");
+    SendMessageA(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, 0);
+}
+
+// ---- the modal run ------------------------------------------------------------
+
+// Presses a button of the modal dialog once it is shown, optionally after
+// changing a row first, from a thread timer that runs inside the dialog's loop.
+struct ModalDriver {
+    static ModalDriver* s_current;
+    CPropertiesDialog* dialog = nullptr;
+    int button = IDOK;
+    std::function<void()> before;
+    bool pressed = false;
+
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+        ModalDriver* self = s_current;
+        if (!self || self->pressed || !self->dialog->GetHwnd() || !IsWindowVisible(self->dialog->GetHwnd())) return;
+        self->pressed = true;
+        if (self->before) self->before();
+        PostMessageA(GetDlgItem(self->dialog->GetHwnd(), self->button), BM_CLICK, 0, 0);
+    }
+};
+ModalDriver* ModalDriver::s_current = nullptr;
+
+class PropertiesDialogModal : public PropertiesDialogTest {
+protected:
+    int RunModal(int button, std::function<void()> before = nullptr) {
+        m_definition.Parse(kEveryType);
+        m_dialog = std::make_unique<CPropertiesDialog>(&m_definition, &m_site);
+        ModalDriver driver;
+        driver.dialog = m_dialog.get();
+        driver.button = button;
+        driver.before = std::move(before);
+        ModalDriver::s_current = &driver;
+        UINT_PTR timer = SetTimer(nullptr, 0, 50, ModalDriver::Tick);
+        int result = m_dialog->DoModal(m_owner);
+        KillTimer(nullptr, timer);
+        ModalDriver::s_current = nullptr;
+        return result;
+    }
+    void SetUp() override {
+        m_owner = CreateWindowExA(0, "STATIC", "owner", WS_POPUP, 0, 0, 200, 100, nullptr, nullptr, nullptr, nullptr);
+        ASSERT_NE(m_owner, nullptr);
+    }
+    void TearDown() override {
+        PropertiesDialogTest::TearDown();
+        DestroyWindow(m_owner);
+    }
+    HWND m_owner = nullptr;
+};
+
+TEST_F(PropertiesDialogModal, OkEndsWithOneAndKeepsTheEdits) {
+    int result = RunModal(IDOK, [&] {
+        EXPECT_FALSE(IsWindowEnabled(m_owner));   // modal over its owner
+        Row("Main", "Text")->ValueActiveGet()->SetText("edited");
+        Confirm("Main", "Text");
+    });
+    EXPECT_EQ(result, IDOK);
+    EXPECT_TRUE(IsWindowEnabled(m_owner));
+    EXPECT_EQ(Stored("$Text$"), "edited");
+    EXPECT_EQ(m_dialog->GetHwnd(), nullptr);
+}
+
+TEST_F(PropertiesDialogModal, OkTakesAValueStillBeingTyped) {
+    int result = RunModal(IDOK, [&] {
+        CExtPropertyGridWnd& rows = m_dialog->Grid().GetGrid();
+        rows.FocusSet(rows.FindRow(Row("Main", "Text")));
+        std::string typed = "typed";
+        ASSERT_TRUE(rows.BeginEdit(&typed));
+    });
+    EXPECT_EQ(result, IDOK);
+    EXPECT_EQ(Stored("$Text$"), "typed");
+}
+
+TEST_F(PropertiesDialogModal, CancelEndsWithTwo) {
+    EXPECT_EQ(RunModal(IDCANCEL), IDCANCEL);
+    EXPECT_TRUE(IsWindowEnabled(m_owner));
+}
+
+}  // namespace

@@ -1,0 +1,49 @@
+// The text forms the Properties dialog reads and writes: colours, and the
+// order in which font names are listed.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "ui/color_format.h"
+#include "ui/font_list.h"
+
+TEST(PropertiesColor, ReadsTheDigitsAfterTheFirstNumberSign) {
+    EXPECT_EQ(ParseColor("#FF8000"), RGB(255, 128, 0));
+    EXPECT_EQ(ParseColor("#ff8000"), RGB(255, 128, 0));
+    EXPECT_EQ(ParseColor("x#00ff00"), RGB(0, 255, 0));
+    EXPECT_EQ(ParseColor("#0000FF#FF0000"), RGB(0, 0, 255));
+    EXPECT_EQ(ParseColor("#F0"), RGB(0, 0, 0xF0));          // a short number is 0xRRGGBB all the same
+    EXPECT_EQ(ParseColor("#12345zz"), RGB(0x01, 0x23, 0x45));
+    EXPECT_EQ(ParseColor("red"), static_cast<COLORREF>(-1));
+    EXPECT_EQ(ParseColor(""), static_cast<COLORREF>(-1));
+}
+
+TEST(PropertiesColor, WritesSevenUpperCaseCharactersRedFirst) {
+    EXPECT_EQ(FormatColor(RGB(0x1E, 0x3A, 0x5F)), "#1E3A5F");
+    EXPECT_EQ(FormatColor(RGB(0, 0, 0)), "#000000");
+    EXPECT_EQ(FormatColor(static_cast<COLORREF>(-1)), "#FFFFFF");
+    EXPECT_EQ(FormatColor(ParseColor("#abcdef")), "#ABCDEF");
+}
+
+TEST(PropertiesFontList, NamesGoAfterTheLastLowerOrEqualEntry) {
+    std::vector<std::string> faces;
+    for (const char* name : {"Tahoma", "Arial", "Verdana", "Courier New", "Arial", "Zapf"}) InsertFaceName(faces, name);
+    // "Arial" sorted before everything listed when it came, so it went last,
+    // after "Tahoma"; from then on names go after the last entry from the end
+    // that is lower or equal, duplicates included.
+    EXPECT_EQ(faces, (std::vector<std::string>{"Tahoma", "Arial", "Arial", "Courier New", "Verdana", "Zapf"}));
+}
+
+TEST(PropertiesFontList, OnlyPlainTrueTypeFacesAreOffered) {
+    LOGFONTA font{};
+    lstrcpyA(font.lfFaceName, "Arial");
+    font.lfCharSet = ANSI_CHARSET;
+    EXPECT_TRUE(IsOfferedFace(font, TRUETYPE_FONTTYPE));
+    EXPECT_FALSE(IsOfferedFace(font, TRUETYPE_FONTTYPE | DEVICE_FONTTYPE));
+    EXPECT_FALSE(IsOfferedFace(font, RASTER_FONTTYPE));
+    font.lfCharSet = SYMBOL_CHARSET;
+    EXPECT_FALSE(IsOfferedFace(font, TRUETYPE_FONTTYPE));
+    font.lfCharSet = ANSI_CHARSET;
+    lstrcpyA(font.lfFaceName, "@MS Gothic");
+    EXPECT_FALSE(IsOfferedFace(font, TRUETYPE_FONTTYPE));
+}
