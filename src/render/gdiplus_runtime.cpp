@@ -19,15 +19,28 @@ bool Bind(HMODULE library, const char* name, Function& function) {
     return function != nullptr;
 }
 
+bool ProcessIsEnding() {
+    using Query = BOOLEAN(WINAPI*)();
+    HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+    auto query = ntdll ? reinterpret_cast<Query>(reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlDllShutdownInProgress")))
+                       : nullptr;
+    return query && query();
+}
+
 // The process-wide instance. Constructed when the module loads (nothing
 // but the critical section), destroyed when it unloads.
 class SharedInstance {
 public:
     SharedInstance() { InitializeCriticalSection(&lock_); }
 
+    // When the host unloads the plug-in, GDI+ is shut down and freed. When
+    // the whole process ends, GDI+ may already have been detached before
+    // us, so it is left to the system.
     ~SharedInstance() {
-        Shutdown();
-        if (library_) FreeLibrary(library_);
+        if (!ProcessIsEnding()) {
+            Shutdown();
+            if (library_) FreeLibrary(library_);
+        }
         DeleteCriticalSection(&lock_);
     }
 
