@@ -106,8 +106,8 @@ bool CPreviewImage::LoadWithOlePicture(const char* path, const char* documentFol
 
     DWORD size = GetFileSize(file, nullptr);
     HGLOBAL block = size == INVALID_FILE_SIZE ? nullptr : GlobalAlloc(GMEM_MOVEABLE, size);
-    bool read = false;
-    if (block) {
+    bool read = block && size == 0;  // an empty file is read, and is no picture
+    if (block && size > 0) {
         void* bytes = GlobalLock(block);
         DWORD got = 0;
         read = bytes && ReadFile(file, bytes, size, &got, nullptr) && got == size;

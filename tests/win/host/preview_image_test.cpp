@@ -105,6 +105,10 @@ TEST_F(PreviewImage, FileThatIsNoPictureIsReadButNotLoaded) {
     image.Draw(surface.Dc(), RECT{0, 0, 10, 10});
     EXPECT_TRUE(surface.WhiteOutside(0, 0, 0, 0));
 
+    std::string emptyFile = folder.Write("empty.gif", "");
+    EXPECT_TRUE(image.Load(emptyFile.c_str(), nullptr));
+    EXPECT_FALSE(image.IsLoaded());
+
     // An empty object draws nothing either.
     CPreviewImage empty;
     EXPECT_FALSE(empty.IsLoaded());
