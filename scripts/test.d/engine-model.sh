@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 PWEXT=${PWEXT:-build/native/bin/pwext}
-python3 tests/model/compare_engine.py "$PWEXT" 250 1
+python3 tests/model/compare_engine.py "$PWEXT" 200 1
 seed=${PW_MODEL_SEED:-$RANDOM}
 echo "random seed $seed (repeat with PW_MODEL_SEED=$seed)"
-python3 tests/model/compare_engine.py "$PWEXT" 250 "$seed"
+python3 tests/model/compare_engine.py "$PWEXT" 200 "$seed"

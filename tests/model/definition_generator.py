@@ -207,7 +207,7 @@ class Case:
                 content = self.text() + b"\r\n" + self.text()
             else:
                 content = bytes(r.randrange(256) for _ in range(r.randint(0, 40)))
-            attrs = b'filename="' + r.choice([b"f%d.txt" % i, b"style.css", b"a b.js", b"x&amp;y.txt"]) + b'" '
+            attrs = b'filename="' + r.choice([b"f%d.txt" % i, b"style.css", b"a b.js", b"x&amp;y.txt", b"sub", b""]) + b'" '
             if flag is not None:
                 attrs += b'process_file="' + flag + b'" '
             encoded = base64_lines(content)
@@ -222,7 +222,7 @@ class Case:
         def level(depth):
             out = []
             for i in range(r.randint(0, 3)):
-                name = r.choice([b"Index", b"index", b"About Us", b"caf\xe9", b"CAF\xc9", b"news"])
+                name = r.choice([b"Index", b"index", b"About Us", b"caf\xe9", b"CAF\xc9", b"news", b"R&amp;D"])
                 self.site_names.append(name)
                 current = r.choice([b"", b' current_page="true"', b' current_page="TRUE"', b' current_page="no"'])
                 if depth and r.random() < 0.4:
