@@ -1,8 +1,9 @@
 #pragma once
 // A way into our modal dialogs for tests and screenshots: each dialog, once
-// initialised and shown, hands its window to the installed handler from
-// inside its own message loop, so the handler can press buttons, set texts,
-// read controls and end the dialog. Without a handler nothing happens.
+// initialised, hands its window to the installed handler from inside its own
+// message loop (which may not have shown the window yet), so the handler can
+// press buttons, set texts, read controls and end the dialog. Without a
+// handler nothing happens.
 #include <windows.h>
 
 #include <functional>

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "ui/common_controls.h"
 #include "ui/dialog_shown_hook.h"
 #include "ui/link_dialog_resources.h"
 #include "ui/resizable_dialog.h"
@@ -46,6 +47,7 @@ public:
     }
 
     bool Run(HWND parent, std::string& url) {
+        EnsureCommonControls();
         INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_SELECT_FAVORITE, parent, &FavoritesPicker::Proc,
                                          reinterpret_cast<LPARAM>(this));
         if (result != IDOK) return false;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "html/image_list.h"
+#include "ui/common_controls.h"
 #include "ui/dialog_shown_hook.h"
 #include "ui/favorites_picker.h"
 #include "ui/host_settings.h"
@@ -58,6 +59,7 @@ public:
     ImageListDialog(std::string text, CXmlDocument* site) : imageListText_(std::move(text)), site_(site) {}
 
     bool Run(HWND parent, std::string& text) {
+        EnsureCommonControls();
         INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_FILES, parent, &ImageListDialog::Proc,
                                          reinterpret_cast<LPARAM>(this));
         if (result != IDOK) return false;

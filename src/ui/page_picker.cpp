@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "ui/common_controls.h"
 #include "ui/dialog_shown_hook.h"
 #include "ui/host_settings.h"
 #include "ui/link_dialog_resources.h"
@@ -78,6 +79,7 @@ public:
     }
 
     bool Run(HWND parent, CXmlElement*& chosen) {
+        EnsureCommonControls();
         INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_SELECT_PAGE, parent, &PagePicker::Proc,
                                          reinterpret_cast<LPARAM>(this));
         if (result != IDOK) return false;
@@ -122,12 +124,17 @@ private:
         images_ = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE, IDI_LINK_FOLDER});
         TreeView_SetImageList(tree_, images_, TVSIL_NORMAL);
 
-        filling_ = true;
+        // What the picker opens by itself is not the user's choice of folder.
+        initialising_ = true;
         root_ = InsertItem(TVI_ROOT, "Web Site", kSiteImage, nullptr);
         if (request_.site) AddChildren(request_.site->GetRoot(), root_);
         TreeView_Expand(tree_, root_, TVE_EXPAND);
-        filling_ = false;
+        SelectInitialItem();
+        initialising_ = false;
+    }
 
+    // The page named by the current page text, else the folder expanded last.
+    void SelectInitialItem() {
         const std::string& current = request_.currentPage;
         if (!current.empty() && current != kChoosePageHint) {
             if (HTREEITEM item = FindItemByText(tree_, current)) TreeView_SelectItem(tree_, item);
@@ -179,7 +186,7 @@ private:
             case TVN_ITEMEXPANDEDA:
             case TVN_ITEMEXPANDEDW: {
                 auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
-                if (!filling_ && (view->action & TVE_EXPAND) && view->itemNew.hItem != root_)
+                if (!initialising_ && (view->action & TVE_EXPAND) && view->itemNew.hItem != root_)
                     CurrentHostSettings().WriteString(kSettingsSection, kLastExpandedEntry,
                                                       ItemText(tree_, view->itemNew.hItem));
                 return FALSE;
@@ -211,7 +218,7 @@ private:
     HWND dialog_ = nullptr;
     HWND tree_ = nullptr;
     HTREEITEM root_ = nullptr;
-    bool filling_ = false;
+    bool initialising_ = false;
     HIMAGELIST images_ = nullptr;
     HICON bigIcon_ = nullptr;
     HICON smallIcon_ = nullptr;

@@ -1,0 +1,289 @@
+// The Files dialog driven through its controls: loading an image list, the
+// rows' buttons, the fields of the selected row with the link-type rules,
+// adding files through a stand-in open-file dialog, and the text it stores.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <commdlg.h>
+
+#include <cstring>
+
+#include "html/image_list.h"
+#include "link_dialogs_fixture.h"
+#include "ui/image_list_dialog.h"
+#include "ui/link_dialog_resources.h"
+#include "ui/link_type.h"
+#include "ui/open_file_dialog.h"
+
+namespace {
+
+const char kSite[] =
+    "<site><folder name=\"pages\"><page name=\"about\" url=\"./pages/about.html\"/></folder>"
+    "<page name=\"NEWS\" url=\"./news.html\" current_page=\"true\"/></site>";
+
+std::string Gallery(const std::vector<ImageListEntry>& images) { return WriteImageList(images); }
+
+class ImageListDialogTest : public LinkDialogsTest {
+protected:
+    // Runs the dialog over text; returns whether it ended with OK.
+    bool Run(std::string& text, CXmlDocument* site = nullptr) { return RunImageListDialog(nullptr, text, site); }
+};
+
+TEST_F(ImageListDialogTest, TextThatIsNotXmlOpensAnEmptyListAndStoresAnEmptyGallery) {
+    std::string text = "these are not the images you are looking for";
+    int rows = -1;
+    Then([&](HWND d) {
+        rows = RowCount(d);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(rows, 0);
+    EXPECT_EQ(text, Gallery({}));
+}
+
+TEST_F(ImageListDialogTest, LoadsEveryImageAndStoresOnlyTheTextsThatAreSet) {
+    std::string text = Gallery({{"C:\\pics\\a.png"},
+                                {"C:\\pics\\b.jpg", "Bee", "A bee &amp; a flower", "http://b.example/", "_blank"}});
+    std::vector<std::string> shown;
+    Then([&](HWND d) {
+        for (int row = 0; row < RowCount(d); ++row) shown.push_back(RowText(d, row));
+        // Showing a row with no link puts "http://" into the box, not into the row.
+        SelectRow(d, 0);
+        SelectRow(d, 1);
+        Click(d, IDOK);
+    });
+    std::string before = text;
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(shown, (std::vector<std::string>{"C:\\pics\\a.png", "C:\\pics\\b.jpg"}));
+    EXPECT_EQ(text, before);
+    EXPECT_NE(text.find("<IMAGE>\r\n\t\t<FILENAME>C:\\pics\\a.png</FILENAME>\r\n\t</IMAGE>"), std::string::npos) << text;
+}
+
+TEST_F(ImageListDialogTest, CancelKeepsTheText) {
+    std::string text = Gallery({{"C:\\a.png"}});
+    Then([](HWND d) {
+        Click(d, IDC_REMOVE_ALL);
+        Click(d, IDCANCEL);
+    });
+    EXPECT_FALSE(Run(text));
+    EXPECT_EQ(text, Gallery({{"C:\\a.png"}}));
+}
+
+TEST_F(ImageListDialogTest, FieldsAreDisabledUntilARowIsSelectedAndEditsGoToThatRow) {
+    std::string text = Gallery({{"C:\\a.png", "A"}, {"C:\\b.png", "B"}});
+    bool titleEnabledAtFirst = true;
+    std::string shownTitle;
+    Then([&](HWND d) {
+        titleEnabledAtFirst = Enabled(d, IDC_TITLE);
+        SelectRow(d, 1);
+        shownTitle = Text(d, IDC_TITLE);
+        TypeEditText(d, IDC_TITLE, "Bee");
+        TypeEditText(d, IDC_DESCRIPTION, "two\r\nlines");
+        TypeComboText(d, IDC_LINK, "http://bee.example/");
+        ChooseComboEntry(d, IDC_TARGET, 3);  // _top
+        // Back to the first row: it shows its own texts.
+        SelectRow(d, 0);
+        EXPECT_EQ(Text(d, IDC_TITLE), "A");
+        EXPECT_EQ(Text(d, IDC_TARGET), "");
+        // With no row selected nothing is stored anywhere.
+        ClearRowSelection(d);
+        EXPECT_FALSE(Enabled(d, IDC_TITLE));
+        TypeEditText(d, IDC_TITLE, "lost");
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_FALSE(titleEnabledAtFirst);
+    EXPECT_EQ(shownTitle, "B");
+    EXPECT_EQ(text, Gallery({{"C:\\a.png", "A"}, {"C:\\b.png", "Bee", "two\r\nlines", "http://bee.example/", "_top"}}));
+}
+
+TEST_F(ImageListDialogTest, MoveUpAndDownStopAtTheEndsAndKeepTheRecords) {
+    std::string text = Gallery({{"C:\\1.png", "one"}, {"C:\\2.png", "two"}, {"C:\\3.png", "three"}});
+    Then([&](HWND d) {
+        SelectRow(d, 0);
+        Click(d, IDC_MOVE_UP);     // first row: nothing
+        SelectRow(d, 2);
+        Click(d, IDC_MOVE_DOWN);   // last row: nothing
+        EXPECT_EQ(RowText(d, 0), "C:\\1.png");
+        EXPECT_EQ(RowText(d, 2), "C:\\3.png");
+        Click(d, IDC_MOVE_UP);     // 3 above 2, still selected
+        Click(d, IDC_MOVE_UP);     // and above 1
+        EXPECT_EQ(Text(d, IDC_TITLE), "three");
+        SelectRow(d, 1);
+        Click(d, IDC_MOVE_DOWN);   // 1 to the end
+        // No selection: Move Down has nothing to move.
+        ClearRowSelection(d);
+        Click(d, IDC_MOVE_DOWN);
+        Click(d, IDC_MOVE_UP);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(text, Gallery({{"C:\\3.png", "three"}, {"C:\\2.png", "two"}, {"C:\\1.png", "one"}}));
+}
+
+TEST_F(ImageListDialogTest, RemoveDeletesEverySelectedRowAndRemoveAllTheRest) {
+    std::string text = Gallery({{"C:\\1.png"}, {"C:\\2.png"}, {"C:\\3.png"}, {"C:\\4.png"}});
+    std::vector<std::string> left;
+    Then([&](HWND d) {
+        HWND list = GetDlgItem(d, IDC_IMAGE_LIST);
+        ListView_SetItemState(list, 0, LVIS_SELECTED, LVIS_SELECTED);
+        ListView_SetItemState(list, 2, LVIS_SELECTED, LVIS_SELECTED);
+        Click(d, IDC_REMOVE);
+        for (int row = 0; row < RowCount(d); ++row) left.push_back(RowText(d, row));
+        Click(d, IDC_REMOVE_ALL);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(left, (std::vector<std::string>{"C:\\2.png", "C:\\4.png"}));
+    EXPECT_EQ(text, Gallery({}));
+}
+
+TEST_F(ImageListDialogTest, RowsShowTheirLinkType) {
+    CXmlDocument* site = Site(kSite);
+    std::string text = Gallery({{"C:\\mail.png", "", "", "mailto:someone", "_blank"},
+                                {"C:\\about.png", "", "", "./pages/about.html"},
+                                {"C:\\plain.png", "", "", "pages/about.html"},
+                                {"C:\\web.png", "", "", "HTTP://web.example/", "_self"}});
+    Then([&](HWND d) {
+        SelectRow(d, 0);
+        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkEmailAddress);
+        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "T&o:");
+        EXPECT_EQ(Text(d, IDC_LINK), "mailto:someone");
+        EXPECT_FALSE(Enabled(d, IDC_TARGET));
+        EXPECT_FALSE(Enabled(d, IDC_FAVORITES));
+        EXPECT_TRUE(Visible(d, IDC_FAVORITES));
+
+        SelectRow(d, 1);
+        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkInternalPage);
+        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
+        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "about");
+        EXPECT_TRUE(Visible(d, IDC_PAGE_DISPLAY));
+        EXPECT_TRUE(Visible(d, IDC_SELECT_PAGE));
+        EXPECT_FALSE(Visible(d, IDC_LINK));
+        EXPECT_FALSE(Visible(d, IDC_FAVORITES));
+        EXPECT_TRUE(Enabled(d, IDC_TARGET));
+
+        SelectRow(d, 2);
+        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
+        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&URL:");
+        EXPECT_EQ(Text(d, IDC_LINK), "pages/about.html");
+        EXPECT_TRUE(Visible(d, IDC_LINK));
+        EXPECT_FALSE(Visible(d, IDC_PAGE_DISPLAY));
+
+        SelectRow(d, 3);
+        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
+        EXPECT_EQ(Text(d, IDC_TARGET), "_self");
+        EXPECT_TRUE(Visible(d, IDC_FAVORITES));
+        EXPECT_TRUE(Enabled(d, IDC_FAVORITES));
+        Click(d, IDCANCEL);
+    });
+    EXPECT_FALSE(Run(text, site));
+}
+
+TEST_F(ImageListDialogTest, ChoosingEmailAddressPutsMailtoIntoTheLinkAndEmptiesTheTarget) {
+    std::string text = Gallery({{"C:\\a.png", "", "", "http://a.example/", "_blank"}});
+    Then([&](HWND d) {
+        SelectRow(d, 0);
+        ChooseComboEntry(d, IDC_LINK_TYPE, kLinkEmailAddress);
+        EXPECT_EQ(Text(d, IDC_LINK), "mailto:");
+        EXPECT_EQ(Text(d, IDC_TARGET), "");
+        EXPECT_FALSE(Enabled(d, IDC_TARGET));
+        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "T&o:");
+        // Back to a web address: the link is kept, the target enabled again.
+        ChooseComboEntry(d, IDC_LINK_TYPE, kLinkWebSite);
+        EXPECT_EQ(Text(d, IDC_LINK), "mailto:");
+        EXPECT_TRUE(Enabled(d, IDC_TARGET));
+        Click(d, IDCANCEL);
+    });
+    EXPECT_FALSE(Run(text));
+}
+
+TEST_F(ImageListDialogTest, SelectTakesThePickedPageIntoTheRow) {
+    CXmlDocument* site = Site(kSite);
+    std::string text = Gallery({{"C:\\a.png"}});
+    Then([&](HWND d) {
+        SelectRow(d, 0);
+        ChooseComboEntry(d, IDC_LINK_TYPE, kLinkInternalPage);
+        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
+        Click(d, IDC_SELECT_PAGE);
+        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "NEWS");
+        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkInternalPage);
+        Click(d, IDOK);
+    });
+    Then([&](HWND picker) {
+        HWND tree = GetDlgItem(picker, IDC_PAGE_TREE);
+        SelectTreeItem(tree, FindTreeItem(tree, "NEWS"));
+        Click(picker, IDOK);
+    });
+    ASSERT_TRUE(Run(text, site));
+    EXPECT_EQ(text, Gallery({{"C:\\a.png", "", "", "./news.html"}}));
+}
+
+TEST_F(ImageListDialogTest, AddAsksForImagesAndAppendsOneRowPerFile) {
+    std::string text = Gallery({{"C:\\old.png"}});
+    OPENFILENAMEA seen = {};
+    std::string filter;
+    SetOpenFileDialogFunction([&](OPENFILENAMEA& request, DWORD& error) {
+        seen = request;
+        for (const char* p = request.lpstrFilter; *p; p += strlen(p) + 1) filter += std::string(p) + "|";
+        const char answer[] = "C:\\pics\0b.jpeg\0a.png\0";
+        memcpy(request.lpstrFile, answer, sizeof answer);
+        error = 0;
+        return true;
+    });
+    Then([&](HWND d) {
+        Click(d, IDC_ADD);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(seen.nMaxFile, 6500u);
+    EXPECT_EQ(std::string(seen.lpstrTitle), "Select one or more files");
+    EXPECT_EQ(seen.Flags & (OFN_ALLOWMULTISELECT | OFN_NOVALIDATE | OFN_HIDEREADONLY),
+              DWORD(OFN_ALLOWMULTISELECT | OFN_NOVALIDATE | OFN_HIDEREADONLY));
+    EXPECT_EQ(filter,
+              "Web Images (*.gif,*.jpg,*.jpeg,*.png,*.bmp)|*.gif;*.jpg;*.jpeg;*.png;*.bmp|"
+              "GIF Images (*.gif)|*.gif|JPG/JPEG Images (*.jpg,*jpeg)|*.jpg;*jpeg|PNG Images (*.png)|*.png|"
+              "BMP Images (*.bmp)|*.bmp|All Files (*.*)|*.*|");
+    EXPECT_EQ(text, Gallery({{"C:\\old.png"}, {"C:\\pics\\b.jpeg", "b.jpeg"}, {"C:\\pics\\a.png", "a.png"}}));
+}
+
+TEST_F(ImageListDialogTest, AddTakesASingleFullPathAndNothingOnCancel) {
+    std::string text = Gallery({});
+    int calls = 0;
+    SetOpenFileDialogFunction([&](OPENFILENAMEA& request, DWORD& error) {
+        if (++calls == 2) {
+            error = 0;  // cancelled
+            return false;
+        }
+        const char answer[] = "D:\\one picture.gif\0";
+        memcpy(request.lpstrFile, answer, sizeof answer);
+        error = 0;
+        return true;
+    });
+    Then([&](HWND d) {
+        Click(d, IDC_ADD);
+        Click(d, IDC_ADD);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(text, Gallery({{"D:\\one picture.gif", "one picture.gif"}}));
+}
+
+TEST_F(ImageListDialogTest, TooManyFilesIsReportedAndAddsNothing) {
+    std::string text = Gallery({});
+    SetOpenFileDialogFunction([](OPENFILENAMEA& request, DWORD& error) {
+        request.lpstrFile[0] = 'x';  // whatever the dialog left there is ignored
+        error = FNERR_BUFFERTOOSMALL;
+        return false;
+    });
+    MessageBoxCatcher boxes;
+    Then([&](HWND d) {
+        Click(d, IDC_ADD);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(boxes.texts, (std::vector<std::string>{"Too many files selected!"}));
+    EXPECT_EQ(text, Gallery({}));
+}
+
+}  // namespace
