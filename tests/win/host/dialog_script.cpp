@@ -185,7 +185,6 @@ bool RunStep(HWND dialog, const char* step) {
         else if (!focus) Fail("no window has the focus for ", arg);
         else {
             PostMessageA(focus, WM_KEYDOWN, key, 1);
-            if (key == VK_SPACE) PostMessageA(focus, WM_CHAR, ' ', 1);
             PostMessageA(focus, WM_KEYUP, key, 0xC0000001);
         }
     } else if (strcmp(verb, "type") == 0) {

@@ -536,6 +536,74 @@ class BinaryInterface(unittest.TestCase):
         self.assertEqual(len(names), 4 + 2 + 1 + 21 + 5)
 
 
+class PropertiesDialog(Scratch):
+    """Properties() opens the dialog modally over the host's frame; pwhost
+    drives it with keys and the grid's accessibility interface, then reports
+    what it showed, the values the object keeps and its published HTML."""
+    SLIDEWAVE_ROWS = [["General", ""], ["Images", "Click to add/remove files"], ["EnableReflection", "No"],
+                      ["Style", ""], ["BackgroundColor", "#000000"], ["FontName", "Arial"], ["FontSize", "10"],
+                      ["TextColor", "#FFFFFF"]]
+
+    def properties(self, dll, *steps, values=()):
+        sets = [a for pair in values for a in ("--set", pair)]
+        return pwhost_json(dll, *sets, "properties", *steps)
+
+    def test_shows_the_definition_and_gives_the_host_its_frame_back(self):
+        got = self.properties("slidewave.dll", "rows", "cancel")
+        self.assertEqual((got["caption"], got["developer"], got["website"]),
+                         ("Slidewave Properties", "Slidewave Project", "https://slidewave.example/"))
+        self.assertEqual(got["rows"], self.SLIDEWAVE_ROWS)
+        self.assertTrue(got["frameEnabled"])
+
+    def test_keyboard_edits_reach_the_published_html_on_ok(self):
+        got = self.properties("slidewave.dll", "select BackgroundColor", "type #1e3a5f", "key return",
+                              "select FontSize", "type 14", "key return", "rows", "ok",
+                              "publish " + windows_path(self.dir))
+        rows = dict(map(tuple, got["rows"]))
+        self.assertEqual((rows["BackgroundColor"], rows["FontSize"]), ("#1E3A5F", "14"))
+        self.assertEqual(got["values"], {"$backgroundcolor$": "#1E3A5F", "$fontsize$": "14"})
+        self.assertIn("background-color:#1E3A5F;", got["html"])
+        self.assertNotIn("#000000", got["html"])
+        css = read_file(self.path("slidewave.css")).decode("latin-1")
+        self.assertIn("background-color:#1E3A5F;", css)
+        self.assertIn("font-size:14pt;", css)
+
+    def test_cancel_leaves_the_values_and_the_html(self):
+        before = pwhost("slidewave.dll", "--set", "$backgroundcolor$=#123456", "html", "body")[1].decode("latin-1")
+        got = self.properties("slidewave.dll", "select BackgroundColor", "type #FF0000", "key return",
+                              "set FontSize=14", "cancel", values=["$backgroundcolor$=#123456"])
+        self.assertEqual(got["values"], {"$backgroundcolor$": "#123456"})
+        self.assertEqual(got["html"], before)
+
+    def test_values_of_the_object_are_shown_and_written_back_in_their_own_form(self):
+        # "True" is not "true": unchecked, and lower case once toggled; a
+        # colour without "#" shows as none.
+        got = self.properties("slidewave.dll", "rows", "select EnableReflection", "key space", "ok",
+                              values=["$enablereflection$=True", "$textcolor$=red", "$unknown$=kept"])
+        rows = dict(map(tuple, got["rows"]))
+        self.assertEqual((rows["EnableReflection"], rows["TextColor"]), ("No", "None"))
+        self.assertEqual(got["values"], {"$enablereflection$": "true", "$textcolor$": "red", "$unknown$": "kept"})
+
+    def test_delete_starts_an_empty_value_inside_the_dialog(self):
+        got = self.properties("slidewave_test_plain.dll", "select Caption", "key delete", "type Hi", "key return",
+                              "ok")
+        self.assertEqual(got["values"], {"$caption$": "Hi"})
+        self.assertIn(">Hi</a>", got["html"])
+
+    def test_without_properties_ok_keeps_the_map_and_the_template_caption(self):
+        got = self.properties("slidewave_test_usediv_01.dll", "rows", "ok", values=["$x$=y"])
+        self.assertEqual((got["caption"], got["developer"], got["website"], got["rows"]), ("Properties", "", "", []))
+        self.assertEqual(got["values"], {"$x$": "y"})
+        self.assertEqual(got["html"], "<p>01</p>")
+
+    def test_a_script_step_that_cannot_run_cancels_and_fails(self):
+        code, out, err = pwhost("slidewave.dll", "--set", "$fontsize$=12", "properties", "set FontSize=13", "ok",
+                                check=False)
+        self.assertEqual(code, 1)
+        self.assertIn("refused", err)
+        self.assertEqual(json.loads(out.decode("latin-1"))["values"], {"$fontsize$": "12"})
+
+
 def setUpModule():
     # One wine server for the whole run (it ends a few seconds after the
     # last test); starting one per call would dominate the run time. The

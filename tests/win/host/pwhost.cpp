@@ -17,8 +17,10 @@
 //   urls [--set-url N=TEXT]...
 //   save FILE                 storing Serialize into FILE
 //   draw FILE.bmp W H [--rect L,T,R,B]
-//   properties [STEP]...      the Properties dialog over a real window, driven
-//                             by the steps of dialog_script.h when given
+//   properties [STEP]... [publish OUTPUT]
+//                             the Properties dialog over a real window, driven
+//                             by the steps of dialog_script.h when given; then
+//                             CopyFiles(OUTPUT, OUTPUT) when asked
 //   runtime                   checks of the shared run time (see below)
 //   delete-null               DeleteExtensionObject(nullptr)
 //   odd-arguments             every operation with null and out-of-range arguments
@@ -358,10 +360,14 @@ int CommandProperties(Plugin& plugin, int stepCount, char** steps) {
                                  nullptr, nullptr, frameClass.hInstance, nullptr);
     if (!frame) return Fail("cannot create the host window");
     UpdateWindow(frame);
+    // "publish OUTPUT" is no dialog step: it runs CopyFiles afterwards.
+    const char* publishTo = nullptr;
+    if (stepCount > 0 && strncmp(steps[stepCount - 1], "publish ", 8) == 0) publishTo = steps[--stepCount] + 8;
     DialogScriptReport report;
     if (stepCount > 0) StartDialogScript(frame, stepCount, steps, &report);
     plugin.object->Properties(frame);
     StopDialogScript();
+    if (publishTo) plugin.object->CopyFiles(publishTo, publishTo);
     bool frameEnabled = IsWindowEnabled(frame) != FALSE;
     g_shownObject = nullptr;
     DestroyWindow(frame);
