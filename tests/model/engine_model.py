@@ -293,12 +293,9 @@ class Engine:
 
     # --- project record -------------------------------------------------
     def store_record(self):
-        out = struct.pack("<ii", 100, self.object_id)
         items = self.values.items()
-        out += write_count(len(items))
-        for k, v in items:
-            out += write_string(k) + write_string(v)
-        return out
+        head = struct.pack("<ii", 100, self.object_id) + write_count(len(items))
+        return head + b"".join(write_string(k) + write_string(v) for k, v in items)
 
     def load_record(self, data):
         """Reads a record into the object; returns the error text or None."""
