@@ -209,13 +209,20 @@ class Checker:
                              b"pics2", output.rstrip(b"/").lower() + b"/img//", output + b"/x/images"])
         args = [b"publish", output, images]
         page = rng.random() < 0.5
+        geometry, context = (b"0", b"0", b"800", b"300"), None
         if page:
             args += [b"--page", b"index.html"]
+            if rng.random() < 0.3:
+                geometry = tuple(b"%d" % rng.randint(-5, 999) for _ in range(4))
+                args += [b"--geometry", b",".join(geometry)]
+            if rng.random() < 0.3:
+                context = rng.choice([b"", b"elsewhere", b"x/"])
+                args += [b"--context", context]
         # Publishing again finds the folders made and overwrites every file.
         for _ in range(2 if rng.random() < 0.2 else 1):
-            self.publish_once(model, host, cwd, tag, args, page)
+            self.publish_once(model, host, cwd, tag, args, page, geometry, context)
 
-    def publish_once(self, model, host, cwd, tag, args, page):
+    def publish_once(self, model, host, cwd, tag, args, page, geometry, context):
         output, images = args[1], args[2]
         m = model()
         if m is None:
@@ -228,7 +235,7 @@ class Checker:
         m.copy_files(fs, out, images)
         if page:
             target = out + b"index.html"
-            fs.files[fs.real(target)] = host_page(m, m.page_context)
+            fs.files[fs.real(target)] = host_page(m, m.page_context if context is None else context, geometry)
             fs.lines.append(b"wrote " + target + b"\n")
         want = (1 if fs.failures else 0, b"".join(fs.lines))
         got = run(self.pwext, args + host, cwd)
@@ -295,11 +302,11 @@ def first_image_variable(m):
     return None
 
 
-def host_page(m, context):
-    """The page pwext's publish --page writes around the object's HTML."""
+def host_page(m, context, geometry):
+    """The page pwext's publish --page writes around the object's HTML, with
+    the geometry variables filled in as a host does."""
     body = m.get_html(context)
-    for name, value in ((b"$LEFT$", b"0"), (b"$TOP$", b"0"), (b"$WIDTH$", b"800"), (b"$HEIGHT$", b"300"),
-                        (b"$Z_INDEX$", b"1")):
+    for name, value in zip((b"$LEFT$", b"$TOP$", b"$WIDTH$", b"$HEIGHT$", b"$Z_INDEX$"), geometry + (b"1",)):
         body = body.replace(name, value)
     return (b"<!DOCTYPE html>\r\n<html>\r\n<head>\r\n"
             b"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=windows-1252\">\r\n"

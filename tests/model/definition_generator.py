@@ -78,6 +78,8 @@ class Case:
         r = self.rng
         selects = [b"FILENAME", b"TITLE", b"URL", b"DESCRIPTION"]
         each = b"{" + b"|".join(b'<xsl:value-of select="%s"/>' % s for s in r.sample(selects, r.randint(1, 3))) + b"}"
+        if r.random() < 0.3:   # every child, in order, as name=value
+            each = b'{<xsl:for-each select="*"><xsl:value-of select="name()"/>=<xsl:value-of select="."/>;</xsl:for-each>}'
         marker = r.choice([b"[", b"[&lt;?xml v?&gt;", b"[&lt;?xml "]) + self.text(safe=True) + b"|"
         sheet = (b'<?xml version="1.0" encoding="UTF-8"?>\r\n<xsl:stylesheet xmlns:xsl="' + XSL_NS +
                  b'" version="1.0">\r\n<xsl:output method="text"/>\r\n<xsl:template match="/">' + marker +

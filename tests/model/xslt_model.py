@@ -1,7 +1,7 @@
 """The XSL transformation of gallery code, for the small family of style
 sheets the engine cross-check generates: text output, one template for '/',
-literal text, xsl:for-each over a two-step path and xsl:value-of of a child
-element. Anything outside that family is refused, so that the model never
+literal text, xsl:for-each over a two-step path and over "*", and
+xsl:value-of of a child element, of "name()" and of ".". Anything outside that family is refused, so that the model never
 guesses.
 
 Both documents are 8-bit text in the Windows code page; they are read as
@@ -40,10 +40,14 @@ def _run(node, document, context, out):
     if node.text:
         out.append(node.text)
     for child in node:
-        if child.tag == XSL + "for-each":
-            steps = child.get("select", "").split("/")
+        select = child.get("select", "")
+        if child.tag == XSL + "for-each" and select == "*" and context is not None:
+            for item in context:
+                _run(child, document, item, out)
+        elif child.tag == XSL + "for-each":
+            steps = select.split("/")
             if len(steps) != 2 or context is not None:
-                raise Unsupported("for-each " + child.get("select", ""))
+                raise Unsupported("for-each " + select)
             if document.tag == steps[0]:
                 for item in document:
                     if item.tag == steps[1]:
@@ -51,9 +55,14 @@ def _run(node, document, context, out):
         elif child.tag == XSL + "value-of":
             if context is None:
                 raise Unsupported("value-of outside for-each")
-            found = context.find(child.get("select", ""))
-            if found is not None:
-                out.append(_string_value(found))
+            if select == "name()":
+                out.append(context.tag)
+            elif select == ".":
+                out.append(_string_value(context))
+            else:
+                found = context.find(select)
+                if found is not None:
+                    out.append(_string_value(found))
         else:
             raise Unsupported(child.tag)
         if child.tail:
