@@ -322,6 +322,7 @@ def main():
     keep = os.environ.get("PW_MODEL_KEEP")  # a folder to keep the cases in, for debugging
     with tempfile.TemporaryDirectory(prefix="pw-engine-model-") as scratch:
         folder = keep or scratch
+        os.makedirs(folder, exist_ok=True)
         check_builtin(checker, folder)
         check_big_record(checker, folder)
         for n in range(count):
