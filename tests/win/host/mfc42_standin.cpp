@@ -7,6 +7,10 @@
 // list. A few plain-named exports (StandIn*) let pwhost make archives and
 // look inside.
 //
+// The host's application object is there too, with a registry key and a
+// profile name, so the plug-in reads and writes the host's settings the way
+// it does in the editor (HKCU\Software\SlidewaveTests\pwhost\<section>).
+//
 // Beyond MFC, every string block carries a guard word, so freeing a string
 // that did not come from here (a plug-in forging MFC strings) is caught.
 #include "mfc42_layout.h"
@@ -310,6 +314,84 @@ void __stdcall AfxTermExtensionModule(AFX_EXTENSION_MODULE& module, BOOL all) {
     }
 }
 
+// --- the application object and its profile -----------------------------------
+
+// CWinApp's members that the plug-in reads, at their MFC 4.2 offsets.
+class CWinApp {
+public:
+    CString GetProfileStringA(const char* section, const char* entry, const char* defaultText);
+    BOOL WriteProfileStringA(const char* section, const char* entry, const char* value);
+
+    BYTE m_threadAndAppName[0x80];  // CWinThread, m_hInstance ... m_pszAppName
+    const char* m_pszRegistryKey;   // 0x80
+    BYTE m_documentsAndHelp[0x10];  // m_pDocManager, m_bHelpMode, m_pszExeName, m_pszHelpFilePath
+    const char* m_pszProfileName;   // 0x94
+    BYTE m_rest[0xC4 - 0x98];
+};
+static_assert(sizeof(CWinApp) == 0xC4, "CWinApp layout");
+
+// AFX_MODULE_STATE up to the application object.
+class AFX_MODULE_STATE {
+public:
+    void* m_vtable;
+    CWinApp* m_pCurrentWinApp;  // 0x04
+};
+
+namespace {
+
+CWinApp g_app;
+AFX_MODULE_STATE g_moduleState;
+
+// HKCU\Software\<registry key>\<profile name>\<section>, created as MFC's
+// GetSectionKey does; null when it cannot be opened.
+HKEY OpenSectionKey(const CWinApp& app, const char* section) {
+    if (!app.m_pszRegistryKey || !app.m_pszProfileName || !section) return nullptr;
+    char path[512];
+    _snprintf(path, sizeof path, "Software\\%s\\%s\\%s", app.m_pszRegistryKey, app.m_pszProfileName, section);
+    path[sizeof path - 1] = 0;
+    HKEY key = nullptr;
+    if (RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr,
+                        &key, nullptr) != ERROR_SUCCESS)
+        return nullptr;
+    return key;
+}
+
+}  // namespace
+
+AFX_MODULE_STATE* __stdcall AfxGetModuleState() { return &g_moduleState; }
+AFX_MODULE_STATE* __stdcall AfxGetAppModuleState() { return &g_moduleState; }
+
+CString CWinApp::GetProfileStringA(const char* section, const char* entry, const char* defaultText) {
+    HKEY key = OpenSectionKey(*this, section);
+    if (key && entry) {
+        char value[2048];
+        DWORD size = sizeof value - 1;
+        DWORD kind = 0;
+        LONG status = RegQueryValueExA(key, entry, nullptr, &kind, reinterpret_cast<BYTE*>(value), &size);
+        RegCloseKey(key);
+        if (status == ERROR_SUCCESS && kind == REG_SZ) {
+            value[size] = 0;
+            return CString(value);
+        }
+    } else if (key) {
+        RegCloseKey(key);
+    }
+    return CString(defaultText);
+}
+
+BOOL CWinApp::WriteProfileStringA(const char* section, const char* entry, const char* value) {
+    HKEY key = OpenSectionKey(*this, section);
+    if (!key) return FALSE;
+    LONG status = ERROR_SUCCESS;
+    if (entry && value)
+        status = RegSetValueExA(key, entry, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                                static_cast<DWORD>(strlen(value) + 1));
+    else if (entry)
+        status = RegDeleteValueA(key, entry);
+    RegCloseKey(key);
+    return status == ERROR_SUCCESS;
+}
+
 // --- test-only entry points ---------------------------------------------------
 
 extern "C" {
@@ -364,7 +446,12 @@ __declspec(dllexport) int StandInLibrariesOf(HMODULE module) {
 }
 
 BOOL WINAPI StandInDllMain(HINSTANCE, DWORD reason, void*) {
-    if (reason == DLL_PROCESS_ATTACH) g_emptyString.m_pchData = NilText();
+    if (reason == DLL_PROCESS_ATTACH) {
+        g_emptyString.m_pchData = NilText();
+        g_app.m_pszRegistryKey = "SlidewaveTests";
+        g_app.m_pszProfileName = "pwhost";
+        g_moduleState.m_pCurrentWinApp = &g_app;
+    }
     return TRUE;
 }
 

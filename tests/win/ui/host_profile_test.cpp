@@ -1,0 +1,91 @@
+// The host's settings through the host's run time: the plug-in's
+// HostProfile against the test-only MFC 4.2 stand-in (built beside this
+// program), whose application object keeps its profile in the registry
+// under HKCU\Software\SlidewaveTests\pwhost.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ui/link_history.h"
+#include "win/host_profile.h"
+
+namespace {
+
+const char kProfileKey[] = "Software\\SlidewaveTests\\pwhost";
+
+void DeleteProfileKeys() {
+    for (const char* key : {"Software\\SlidewaveTests\\pwhost\\Settings", "Software\\SlidewaveTests\\pwhost\\URL_History",
+                            kProfileKey, "Software\\SlidewaveTests"})
+        RegDeleteKeyA(HKEY_CURRENT_USER, key);
+}
+
+std::string RegistryText(const std::string& key, const char* name) {
+    char value[512] = {};
+    DWORD size = sizeof value - 1;
+    HKEY opened = nullptr;
+    if (RegOpenKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) return "(no key)";
+    LONG status = RegQueryValueExA(opened, name, nullptr, nullptr, reinterpret_cast<BYTE*>(value), &size);
+    RegCloseKey(opened);
+    return status == ERROR_SUCCESS ? std::string(value) : "(no value)";
+}
+
+HMODULE LoadStandInRuntime() {
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    std::string folder(path);
+    folder.erase(folder.find_last_of('\\') + 1);
+    return LoadLibraryA((folder + "mfc42.dll").c_str());
+}
+
+TEST(HostProfileTest, ReadsAndWritesTheHostsSettingsThroughItsApplicationObject) {
+    DeleteProfileKeys();
+    HostProfile profile;
+    std::string registryKey, profileName;
+    if (!GetModuleHandleA("MFC42.DLL")) {
+        // No run time in the process: nothing to read, nowhere to write.
+        EXPECT_EQ(profile.GetString("Settings", "LastExpanded"), "");
+        EXPECT_FALSE(profile.GetRegistryLocation(registryKey, profileName));
+        profile.WriteString("Settings", "LastExpanded", "nowhere");
+    }
+
+    HMODULE runtime = LoadStandInRuntime();
+    ASSERT_NE(runtime, nullptr) << "mfc42.dll (the stand-in) is built with pwhost";
+    using CountFn = int (*)();
+    auto liveStrings = reinterpret_cast<CountFn>(reinterpret_cast<void*>(GetProcAddress(runtime, "StandInLiveStrings")));
+    ASSERT_NE(liveStrings, nullptr);
+    int stringsBefore = liveStrings();
+
+    ASSERT_TRUE(profile.GetRegistryLocation(registryKey, profileName));
+    EXPECT_EQ(registryKey, "SlidewaveTests");
+    EXPECT_EQ(profileName, "pwhost");
+
+    EXPECT_EQ(profile.GetString("Settings", "LastExpanded"), "");
+    profile.WriteString("Settings", "LastExpanded", "Products & more");
+    EXPECT_EQ(RegistryText(std::string(kProfileKey) + "\\Settings", "LastExpanded"), "Products & more");
+    EXPECT_EQ(profile.GetString("Settings", "LastExpanded"), "Products & more");
+    // The strings the run time handed back were all given back to it.
+    EXPECT_EQ(liveStrings(), stringsBefore);
+
+    // The link history is read from the same place.
+    HKEY history = nullptr;
+    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, (std::string(kProfileKey) + "\\URL_History").c_str(), 0, nullptr, 0,
+                              KEY_ALL_ACCESS, nullptr, &history, nullptr),
+              ERROR_SUCCESS);
+    const char entry[] = "http://h.example/|Home";
+    RegSetValueExA(history, "URL_History0", 0, REG_SZ, reinterpret_cast<const BYTE*>(entry), sizeof entry);
+    RegCloseKey(history);
+    HWND combo = CreateWindowExA(0, "ComboBox", "", WS_POPUP | CBS_DROPDOWN, 0, 0, 200, 200, nullptr, nullptr, nullptr,
+                                 nullptr);
+    {
+        LinkHistoryCombo links;
+        links.LoadHistory(combo, profile, "URL_History");
+        EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), 1);
+        EXPECT_EQ(links.DataOf(0), "Home");
+    }
+    DestroyWindow(combo);
+    DeleteProfileKeys();
+}
+
+}  // namespace
