@@ -40,6 +40,12 @@ void CenterOverOwner(HWND dialog, HWND owner) {
 
 }  // namespace
 
+bool CExtensionPropertyGridCtrl::PreTranslateMessage(MSG* msg) {
+    if (msg->message == WM_KEYDOWN && msg->wParam == VK_DELETE)
+        return GetHwnd() && IsDialogMessageA(GetHwnd(), msg);
+    return CExtPropertyGridCtrl::PreTranslateMessage(msg);
+}
+
 CPropertiesDialog::CPropertiesDialog(CXmlDocument* definition, CXmlDocument* siteStructure)
     : m_definition(definition), m_siteStructure(siteStructure) {
     RegisterPropertyCells();

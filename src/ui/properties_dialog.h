@@ -18,6 +18,14 @@
 #include "xml/hashed_string_map.h"
 #include "xml/xml_document.h"
 
+// The dialog's grid control. A Delete key pressed in the grid belongs to the
+// grid's own window (it starts an empty value there) before the grid's usual
+// translation sees it.
+class CExtensionPropertyGridCtrl : public CExtPropertyGridCtrl {
+public:
+    bool PreTranslateMessage(MSG* msg) override;
+};
+
 class CPropertiesDialog {
 public:
     // Controls of the dialog template "Properties".
@@ -44,7 +52,7 @@ public:
     HWND Create(HWND parent);
     HWND GetHwnd() const { return m_hwnd; }
 
-    CExtPropertyGridCtrl& Grid() { return m_grid; }
+    CExtensionPropertyGridCtrl& Grid() { return m_grid; }
     CHyperlinkStatic& WebsiteLink() { return m_website; }
 
     // The store behind the grid, built on the first call from the definition
@@ -72,7 +80,7 @@ private:
     CXmlDocument* m_definition;
     CXmlDocument* m_siteStructure;
     std::unique_ptr<CExtPropertyStore> m_store;
-    CExtPropertyGridCtrl m_grid;
+    CExtensionPropertyGridCtrl m_grid;
 
     HWND m_hwnd = nullptr;
     bool m_ended = false;

@@ -70,6 +70,13 @@ __attribute__((noinline)) SerializeOutcome SerializeParts(CPagewrightExtension* 
     return SerializeOutcome::Done;
 }
 
+// Pair by pair, as the host's run time copies its maps: inside a hash
+// bucket the copy lists the keys in the opposite order, so a map copied
+// there and back has its old order again (and the project record with it).
+void CopyPairs(const CHashedStringMap& from, CHashedStringMap& to) {
+    from.ForEach([&to](const std::string& key, const std::string& value) { to.Set(key, value); });
+}
+
 }  // namespace
 
 extern "C" {
@@ -95,8 +102,11 @@ void PW_THISCALL PwDraw(CPagewrightExtension* self, HDC dc, const RECT* rect) {
 void PW_THISCALL PwProperties(CPagewrightExtension* self, HWND parent) {
     Guarded(self, [&](CExtensionEngine& engine) {
         CPropertiesDialog dialog(&engine.GetDefinition(), &engine.GetSiteStructureDocument());
-        dialog.Values() = engine.GetValues();
-        if (dialog.DoModal(parent) == IDOK) engine.ReplaceValues(dialog.Values());
+        CopyPairs(engine.GetValues(), dialog.Values());
+        if (dialog.DoModal(parent) != IDOK) return;
+        CHashedStringMap values;
+        CopyPairs(dialog.Values(), values);
+        engine.ReplaceValues(values);
     });
 }
 

@@ -584,6 +584,15 @@ class PropertiesDialog(Scratch):
         self.assertEqual((rows["EnableReflection"], rows["TextColor"]), ("No", "None"))
         self.assertEqual(got["values"], {"$enablereflection$": "true", "$textcolor$": "red", "$unknown$": "kept"})
 
+    def test_values_are_copied_pair_by_pair_both_ways(self):
+        # "$k17$", "$k28$" and "$backgroundcolor$" share a hash bucket. The
+        # run time's copies reverse a bucket's order each time, so the keys
+        # the object had come back in their order and the new one goes last.
+        got = self.properties("slidewave.dll", "set BackgroundColor=#102030", "ok",
+                              values=["$k17$=1", "$k28$=2"])
+        self.assertEqual(list(got["values"].items()),
+                         [("$k28$", "2"), ("$k17$", "1"), ("$backgroundcolor$", "#102030")])
+
     def test_delete_starts_an_empty_value_inside_the_dialog(self):
         got = self.properties("slidewave_test_plain.dll", "select Caption", "key delete", "type Hi", "key return",
                               "ok")
