@@ -276,4 +276,45 @@ TEST(PropertyCellButtons, CancelledDialogsChangeNothingAndRaiseNothing) {
     DestroyWindow(frame);
 }
 
+// Confirms the link dialog with a new link once it shows.
+BOOL CALLBACK ConfirmIfLinkDialog(HWND hwnd, LPARAM) {
+    char name[16] = {};
+    GetClassNameA(hwnd, name, sizeof name);
+    if (lstrcmpA(name, "#32770") != 0 || !IsWindowVisible(hwnd) || !GetDlgItem(hwnd, 149)) return TRUE;
+    SetDlgItemTextA(hwnd, 149, "http://example.org/new");
+    PostMessageA(GetDlgItem(hwnd, IDOK), BM_CLICK, 0, 0);
+    return FALSE;
+}
+void CALLBACK ConfirmLinkDialog(HWND, UINT, UINT_PTR, DWORD) {
+    EnumThreadWindows(GetCurrentThreadId(), ConfirmIfLinkDialog, 0);
+}
+
+TEST(PropertyCellButtons, AConfirmedLinkBecomesTheTextKeepsTheFocusAndCompletesInput) {
+    HWND frame = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
+    RecordingCtrl ctrl;
+    ASSERT_TRUE(ctrl.Create(frame, RECT{0, 0, 400, 300}, 1001));
+    CExtPropertyStore store("Extension");
+    auto* category = new CExtPropertyCategory("C");
+    store.ItemInsert(category);
+    category->ItemInsert(new CExtPropertyValue("Before"));
+    auto* linkRow = new CExtPropertyValue("Link");
+    category->ItemInsert(linkRow);
+    auto* link = linkRow->ValueActiveGetByRTC<CExtGridCellURL>();
+    link->SetText("index.html");
+    ctrl.PropertyStoreSet(&store);
+    CExtPropertyGridWnd& rows = ctrl.GetGrid();
+    int row = rows.FindRow(linkRow);
+    rows.FocusSet(row);
+
+    UINT_PTR timer = SetTimer(nullptr, 0, 100, ConfirmLinkDialog);
+    rows.ClickButton(0);
+    KillTimer(nullptr, timer);
+
+    EXPECT_EQ(link->GetText(), "http://example.org/new");
+    EXPECT_EQ(rows.FocusGet(), row);
+    EXPECT_EQ(ctrl.notifications, 1);
+    DestroyWindow(ctrl.GetHwnd());
+    DestroyWindow(frame);
+}
+
 }  // namespace
