@@ -175,12 +175,6 @@ private:
     // being filled from a record.
     ImageRecord* SelectedRecord() const { return writing_ ? nullptr : RecordOf(CurrentRow()); }
 
-    std::string RowText(int row) const {
-        char text[MAX_PATH * 4] = {};
-        ListView_GetItemText(list_, row, 0, text, sizeof text);
-        return text;
-    }
-
     // --- commands ----------------------------------------------------------------
 
     void OnCommand(int id, int code) {
