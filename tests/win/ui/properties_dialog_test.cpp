@@ -8,7 +8,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "grid/cell_bool.h"
@@ -234,19 +233,6 @@ TEST_F(PropertiesDialogTest, AFontThatIsNotInstalledIsShownButStoredEmptyOnceCha
     }
 }
 
-TEST_F(PropertiesDialogTest, TextsAndLinksAreStoredAsTyped) {
-    Open(kEveryType);
-    Row("Main", "Text")->ValueActiveGet()->SetText("new <text>");
-    Confirm("Main", "Text");
-    Row("Main", "Link")->ValueActiveGet()->SetText("mailto:x@example.org");
-    Confirm("Main", "Link");
-    Row("Main", "File")->ValueActiveGet()->SetText("D:\\y.png");
-    Confirm("Main", "File");
-    EXPECT_EQ(Stored("$Text$"), "new <text>");
-    EXPECT_EQ(Stored("$Link$"), "mailto:x@example.org");
-    EXPECT_EQ(Stored("$File$"), "D:\\y.png");
-}
-
 TEST_F(PropertiesDialogTest, OnlyTheFirstCategoryOfAnAmbiguousNameIsSearched) {
     Open(Definition("", "<PROPERTIES>"
                         "<CATEGORY name=\"Same\">" + Property("First", 2, "1") + "</CATEGORY>"
@@ -297,34 +283,6 @@ TEST_F(PropertiesDialogTest, AnEmptyTitleKeepsTheTemplateCaptionAndEmptiesThePla
     EXPECT_EQ(WindowText(dialog), "Properties");
     EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kDeveloperId)), "");
     EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kWebsiteId)), "");
-}
-
-TEST_F(PropertiesDialogTest, TheTemplateHasItsFixedLayout) {
-    Open(kEveryType);
-    HWND dialog = m_dialog->GetHwnd();
-    EXPECT_FALSE(GetWindowLongA(dialog, GWL_STYLE) & WS_THICKFRAME);
-    auto units = [&](int id) {
-        RECT r;
-        GetWindowRect(GetDlgItem(dialog, id), &r);
-        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&r), 2);
-        return r;
-    };
-    // Origin and size are converted each on its own, as the dialog manager does.
-    auto dialogUnits = [&](int x, int y, int w, int h) {
-        RECT origin{x, y, w, h};
-        MapDialogRect(dialog, &origin);
-        return RECT{origin.left, origin.top, origin.left + origin.right, origin.top + origin.bottom};
-    };
-    for (auto [id, x, y, w, h] : {std::tuple{IDOK, 190, 266, 50, 14}, std::tuple{IDCANCEL, 244, 266, 50, 14},
-                                  std::tuple{CPropertiesDialog::kGridId, 5, 5, 289, 246},
-                                  std::tuple{CPropertiesDialog::kDeveloperId, 5, 261, 159, 8},
-                                  std::tuple{CPropertiesDialog::kWebsiteId, 5, 272, 159, 8}}) {
-        RECT got = units(id), want = dialogUnits(x, y, w, h);
-        EXPECT_TRUE(EqualRect(&got, &want)) << "control " << id;
-    }
-    RECT client, want = dialogUnits(0, 0, 300, 286);
-    GetClientRect(dialog, &client);
-    EXPECT_TRUE(EqualRect(&client, &want));
 }
 
 TEST_F(PropertiesDialogTest, TheWebsiteLinkIsBlueUnderlinedAndTakesTheMouse) {
@@ -419,11 +377,6 @@ TEST_F(PropertiesDialogModal, OkTakesAValueStillBeingTyped) {
     });
     EXPECT_EQ(result, IDOK);
     EXPECT_EQ(Stored("$Text$"), "typed");
-}
-
-TEST_F(PropertiesDialogModal, CancelEndsWithTwo) {
-    EXPECT_EQ(RunModal(IDCANCEL), IDCANCEL);
-    EXPECT_TRUE(IsWindowEnabled(m_owner));
 }
 
 }  // namespace
