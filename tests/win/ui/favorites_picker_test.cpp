@@ -125,24 +125,6 @@ TEST_F(FavoritesPickerTest, ListsSubfoldersFirstThenShortcutsSortedAndReturnsThe
     EXPECT_EQ(news, (std::vector<std::string>{"Deeper", "Daily"}));
 }
 
-TEST_F(FavoritesPickerTest, ShortcutsOfEveryFolderKeepTheirOwnUrls) {
-    Shortcut("b.url", "http://b.example/");
-    Shortcut("a.url", "http://a.example/");
-    Folder("Sub");
-    Shortcut("Sub\\c.url", "http://c.example/");
-    UseFolder(folder_ + "\\");
-    for (const char* name : {"a", "b", "c"}) {
-        Then([name](HWND d) {
-            HWND tree = GetDlgItem(d, IDC_FAVORITES_TREE);
-            SelectTreeItem(tree, FindTreeItem(tree, name));
-            Click(d, IDOK);
-        });
-        std::string url;
-        ASSERT_TRUE(RunFavoritesPicker(nullptr, url));
-        EXPECT_EQ(url, std::string("http://") + name + ".example/");
-    }
-}
-
 TEST_F(FavoritesPickerTest, AMissingFolderGivesAnEmptyTree) {
     UseFolder(folder_ + "\\does-not-exist");
     std::size_t items = 99;

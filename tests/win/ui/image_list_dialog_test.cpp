@@ -59,16 +59,6 @@ TEST_F(ImageListDialogTest, LoadsEveryImageAndStoresOnlyTheTextsThatAreSet) {
     EXPECT_NE(text.find("<IMAGE>\r\n\t\t<FILENAME>C:\\pics\\a.png</FILENAME>\r\n\t</IMAGE>"), std::string::npos) << text;
 }
 
-TEST_F(ImageListDialogTest, CancelKeepsTheText) {
-    std::string text = Gallery({{"C:\\a.png"}});
-    Then([](HWND d) {
-        Click(d, IDC_REMOVE_ALL);
-        Click(d, IDCANCEL);
-    });
-    EXPECT_FALSE(Run(text));
-    EXPECT_EQ(text, Gallery({{"C:\\a.png"}}));
-}
-
 TEST_F(ImageListDialogTest, FieldsAreDisabledUntilARowIsSelectedAndEditsGoToThatRow) {
     std::string text = Gallery({{"C:\\a.png", "A"}, {"C:\\b.png", "B"}});
     bool titleEnabledAtFirst = true;

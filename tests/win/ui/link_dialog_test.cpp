@@ -34,19 +34,6 @@ TEST_F(LinkDialogTest, OkReturnsTheEditedLinkAndCancelKeepsIt) {
     EXPECT_EQ(link, "http://new.example/");
 }
 
-TEST_F(LinkDialogTest, AWebAddressOpensAsWebSite) {
-    std::string link = "https://shop.example/";
-    Then([](HWND d) {
-        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&URL:");
-        EXPECT_TRUE(Visible(d, IDC_FAVORITES));
-        EXPECT_TRUE(Enabled(d, IDC_FAVORITES));
-        EXPECT_FALSE(Visible(d, IDC_SELECT_PAGE));
-        Click(d, IDCANCEL);
-    });
-    Run(link);
-}
-
 TEST_F(LinkDialogTest, APageOfTheSiteOpensAsInternalWebPageWithItsName) {
     CXmlDocument* site = Site(kSite);
     std::string link = "./news.html";
@@ -171,19 +158,6 @@ TEST_F(LinkDialogTest, HistoryStopsAtAnEmptyValueAndAtSixteenEntries) {
     });
     Run(link);
     EXPECT_EQ(count, 1);
-}
-
-TEST_F(LinkDialogTest, NoHistoryWithoutTheHostsRegistryLocation) {
-    WriteHistory({"a", "b"});
-    settings_.hasRegistry = false;
-    std::string link;
-    int count = -1;
-    Then([&](HWND d) {
-        count = ComboCount(d, IDC_LINK);
-        Click(d, IDCANCEL);
-    });
-    Run(link);
-    EXPECT_EQ(count, 0);
 }
 
 }  // namespace

@@ -30,7 +30,6 @@ void FakeHostSettings::WriteString(const char* section, const char* entry, const
 }
 
 bool FakeHostSettings::GetRegistryLocation(std::string& registryKey, std::string& profileName) {
-    if (!hasRegistry) return false;
     registryKey = kRegistryKey;
     profileName = kProfileName;
     return true;

@@ -32,7 +32,6 @@ public:
     bool GetRegistryLocation(std::string& registryKey, std::string& profileName) override;
 
     std::map<std::string, std::string> values;  // "section/entry" -> text
-    bool hasRegistry = true;
 };
 
 class LinkDialogsTest : public ::testing::Test {
@@ -44,7 +43,6 @@ protected:
     // when no step is left, or whose step returns without ending it, is
     // cancelled, so a failing test cannot hang.
     void Then(DialogStep step) { steps_.push_back(std::move(step)); }
-    std::size_t StepsLeft() const { return steps_.size(); }
 
     // A site structure from XML text, kept for the test's duration.
     CXmlDocument* Site(const std::string& xml);

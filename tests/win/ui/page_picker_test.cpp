@@ -15,11 +15,10 @@ const char kSite[] =
 
 class PagePickerTest : public LinkDialogsTest {
 protected:
-    bool Run(CXmlElement*& chosen, const std::string& current = "", bool allowFolders = false) {
+    bool Run(CXmlElement*& chosen, const std::string& current = "") {
         PagePickerRequest request;
         request.site = site_;
         request.currentPage = current;
-        request.allowFolders = allowFolders;
         return RunPagePicker(nullptr, request, chosen);
     }
     void SetUp() override {
@@ -75,19 +74,6 @@ TEST_F(PagePickerTest, AFolderDisablesOkAndDoubleClickingItDoesNotClose) {
     EXPECT_EQ(chosen->GetAttribute("url"), "./products/lamps.html");
 }
 
-TEST_F(PagePickerTest, FoldersMayBeChosenWhenAllowed) {
-    Then([&](HWND d) {
-        HWND tree = GetDlgItem(d, IDC_PAGE_TREE);
-        SelectTreeItem(tree, FindTreeItem(tree, "Old"));
-        EXPECT_TRUE(Enabled(d, IDOK));
-        Click(d, IDOK);
-    });
-    CXmlElement* chosen = nullptr;
-    ASSERT_TRUE(Run(chosen, "", true));
-    ASSERT_NE(chosen, nullptr);
-    EXPECT_EQ(chosen->GetAttribute("name"), "Old");
-}
-
 TEST_F(PagePickerTest, TheCurrentPageTextSelectsItsItem) {
     std::string selected;
     Then([&](HWND d) {
@@ -129,20 +115,6 @@ TEST_F(PagePickerTest, TheLastExpandedFolderIsRememberedAndOpenedAgain) {
     EXPECT_TRUE(productsExpanded);
     // Opening it at start is not a user's choice: nothing new is written.
     EXPECT_EQ(settings_.GetString("Settings", "LastExpanded"), "old");
-}
-
-TEST_F(PagePickerTest, WithoutASiteOnlyWebSiteIsShown) {
-    site_ = nullptr;
-    std::vector<std::string> root;
-    Then([&](HWND d) {
-        HWND tree = GetDlgItem(d, IDC_PAGE_TREE);
-        root = TreeChildren(tree, nullptr);
-        EXPECT_TRUE(TreeChildren(tree, TreeView_GetRoot(tree)).empty());
-        Click(d, IDOK);  // nothing to choose: stays open, then cancelled
-    });
-    CXmlElement* chosen = nullptr;
-    EXPECT_FALSE(Run(chosen));
-    EXPECT_EQ(root, (std::vector<std::string>{"Web Site"}));
 }
 
 TEST_F(PagePickerTest, ResizingStretchesTheTreeAndMovesTheButtons) {
