@@ -329,14 +329,12 @@ private:
     }
 
     void ShowSelectedRow() {
-        ReadFields();
         const ImageRecord* record = RecordOf(CurrentRow());
         if (!record) {
             title_.clear();
             description_.clear();
             fields_.link.clear();
             fields_.target.clear();
-            fields_.pageDisplay.clear();
             EnableRowFields(false);
         } else {
             title_ = record->title;
@@ -346,9 +344,11 @@ private:
             EnableRowFields(true);
         }
 
+        // The page display names this row's page or nothing (not the page of
+        // the row shown before).
         LinkTypeDecision decision = DecideLinkType(fields_.link, site_);
         fields_.type = decision.type;
-        if (decision.page) fields_.pageDisplay = decision.page->GetAttribute("name");
+        fields_.pageDisplay = decision.page ? decision.page->GetAttribute("name") : std::string();
         ApplyLinkType(dialog_, fields_, fields_.type);
         WriteFields();
     }

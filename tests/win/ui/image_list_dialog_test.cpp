@@ -159,6 +159,9 @@ TEST_F(ImageListDialogTest, RowsShowTheirLinkType) {
         EXPECT_EQ(Text(d, IDC_LINK), "pages/about.html");
         EXPECT_TRUE(Visible(d, IDC_LINK));
         EXPECT_FALSE(Visible(d, IDC_PAGE_DISPLAY));
+        // Its page is still to be chosen: the page of the row before is gone.
+        ChooseComboEntry(d, IDC_LINK_TYPE, kLinkInternalPage);
+        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
 
         SelectRow(d, 3);
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
