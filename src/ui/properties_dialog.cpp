@@ -18,6 +18,7 @@ void RegisterPropertyCells() {
                                        &CExtGridCellFontComboBox::kClass, &CExtGridCellUpDownRange::kClass})
         CExtGridCellClass::Register(*c);
 }
+
 // Centres the dialog over its owner (the screen's work area without one),
 // kept inside the work area of the owner's monitor.
 void CenterOverOwner(HWND dialog, HWND owner) {
