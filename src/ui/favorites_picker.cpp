@@ -5,9 +5,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "ui/common_controls.h"
-#include "ui/dialog_shown_hook.h"
 #include "ui/link_dialog_resources.h"
+#include "ui/modal_dialog.h"
 #include "ui/resizable_dialog.h"
 #include "win/own_module.h"
 #include "xml/ascii.h"
@@ -47,38 +46,33 @@ public:
     }
 
     bool Run(HWND parent, std::string& url) {
-        EnsureCommonControls();
-        INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_SELECT_FAVORITE, parent, &FavoritesPicker::Proc,
-                                         reinterpret_cast<LPARAM>(this));
+        INT_PTR result = RunModalDialog(parent, PW_DIALOG_SELECT_FAVORITE, this);
         if (result != IDOK) return false;
         url = chosen_;
         return true;
     }
 
-private:
-    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_INITDIALOG) SetWindowLongPtrA(dialog, DWLP_USER, lParam);
-        auto* self = reinterpret_cast<FavoritesPicker*>(GetWindowLongPtrA(dialog, DWLP_USER));
-        if (!self) return FALSE;
-        if (HandleDialogShown(dialog, message)) return TRUE;
-        if (self->layout_.HandleMessage(message, wParam, lParam)) return FALSE;
+    // The dialog procedure, called through RunModalDialog.
+    INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (layout_.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
             case WM_INITDIALOG:
-                self->OnInitDialog(dialog);
-                AnnounceDialogShown(dialog);
+                OnInitDialog(dialog);
                 return TRUE;
             case WM_COMMAND:
-                if (LOWORD(wParam) == IDOK) self->OnOK();
+                if (LOWORD(wParam) == IDOK) OnOK();
                 else if (LOWORD(wParam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
                 return TRUE;
             case WM_NOTIFY: {
                 auto* header = reinterpret_cast<NMHDR*>(lParam);
-                if (header->idFrom == IDC_FAVORITES_TREE && header->code == NM_DBLCLK) self->OnOK();
+                if (header->idFrom == IDC_FAVORITES_TREE && header->code == NM_DBLCLK) OnOK();
                 return FALSE;
             }
         }
         return FALSE;
     }
+
+private:
 
     void OnInitDialog(HWND dialog) {
         dialog_ = dialog;

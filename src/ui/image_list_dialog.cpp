@@ -6,16 +6,14 @@
 #include <vector>
 
 #include "html/image_list.h"
-#include "ui/common_controls.h"
-#include "ui/dialog_shown_hook.h"
 #include "ui/favorites_picker.h"
 #include "ui/host_settings.h"
 #include "ui/link_dialog_resources.h"
+#include "ui/modal_dialog.h"
 #include "ui/link_history.h"
 #include "ui/link_type.h"
 #include "ui/open_file_dialog.h"
 #include "ui/page_picker.h"
-#include "win/own_module.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
@@ -59,9 +57,7 @@ public:
     ImageListDialog(std::string text, CXmlDocument* site) : imageListText_(std::move(text)), site_(site) {}
 
     bool Run(HWND parent, std::string& text) {
-        EnsureCommonControls();
-        INT_PTR result = DialogBoxParamA(OwnModule(), PW_DIALOG_FILES, parent, &ImageListDialog::Proc,
-                                         reinterpret_cast<LPARAM>(this));
+        INT_PTR result = RunModalDialog(parent, PW_DIALOG_FILES, this);
         if (result != IDOK) return false;
         text = imageListText_;
         return true;
@@ -71,29 +67,28 @@ private:
     // One row's data; owned by the row (its item data) and freed with it.
     using ImageRecord = ImageListEntry;
 
-    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_INITDIALOG) SetWindowLongPtrA(dialog, DWLP_USER, lParam);
-        auto* self = reinterpret_cast<ImageListDialog*>(GetWindowLongPtrA(dialog, DWLP_USER));
-        if (!self) return FALSE;
-        if (HandleDialogShown(dialog, message)) return TRUE;
+public:
+    // The dialog procedure, called through RunModalDialog.
+    INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         switch (message) {
             case WM_INITDIALOG:
-                self->OnInitDialog(dialog);
-                AnnounceDialogShown(dialog);
+                OnInitDialog(dialog);
                 return TRUE;
             case WM_COMMAND:
-                self->OnCommand(LOWORD(wParam), HIWORD(wParam));
+                OnCommand(LOWORD(wParam), HIWORD(wParam));
                 return TRUE;
             case WM_NOTIFY:
-                self->OnNotify(reinterpret_cast<NMHDR*>(lParam));
+                OnNotify(reinterpret_cast<NMHDR*>(lParam));
                 return FALSE;
             case WM_DESTROY:
                 // The rows' records go with the rows.
-                ListView_DeleteAllItems(self->list_);
+                ListView_DeleteAllItems(list_);
                 return FALSE;
         }
         return FALSE;
     }
+
+private:
 
     // --- initialisation ----------------------------------------------------------
 

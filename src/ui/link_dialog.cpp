@@ -1,14 +1,13 @@
 #include "ui/link_dialog.h"
 
 #include "html/site_structure.h"
-#include "ui/dialog_shown_hook.h"
 #include "ui/favorites_picker.h"
 #include "ui/host_settings.h"
 #include "ui/link_dialog_resources.h"
+#include "ui/modal_dialog.h"
 #include "ui/link_history.h"
 #include "ui/link_type.h"
 #include "ui/page_picker.h"
-#include "win/own_module.h"
 #include "xml/xml_document.h"
 
 namespace {
@@ -18,30 +17,26 @@ public:
     LinkDialog(std::string link, CXmlDocument* site) : site_(site) { fields_.link = std::move(link); }
 
     bool Run(HWND parent, std::string& link) {
-        INT_PTR result =
-            DialogBoxParamA(OwnModule(), PW_DIALOG_URL, parent, &LinkDialog::Proc, reinterpret_cast<LPARAM>(this));
+        INT_PTR result = RunModalDialog(parent, PW_DIALOG_URL, this);
         if (result != IDOK) return false;
         link = fields_.link;
         return true;
     }
 
-private:
-    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_INITDIALOG) SetWindowLongPtrA(dialog, DWLP_USER, lParam);
-        auto* self = reinterpret_cast<LinkDialog*>(GetWindowLongPtrA(dialog, DWLP_USER));
-        if (!self) return FALSE;
-        if (HandleDialogShown(dialog, message)) return TRUE;
+    // The dialog procedure, called through RunModalDialog.
+    INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         switch (message) {
             case WM_INITDIALOG:
-                self->OnInitDialog(dialog);
-                AnnounceDialogShown(dialog);
+                OnInitDialog(dialog);
                 return TRUE;
             case WM_COMMAND:
-                self->OnCommand(LOWORD(wParam), HIWORD(wParam));
+                OnCommand(LOWORD(wParam), HIWORD(wParam));
                 return TRUE;
         }
         return FALSE;
     }
+
+private:
 
     void OnInitDialog(HWND dialog) {
         dialog_ = dialog;
