@@ -13,7 +13,6 @@
 #include "ui/link_history.h"
 #include "ui/link_type.h"
 #include "ui/open_file_dialog.h"
-#include "ui/page_picker.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
@@ -288,16 +287,7 @@ private:
 
     void SelectPage() {
         ReadFields();
-        PagePickerRequest request;
-        request.site = site_;
-        request.currentPage = fields_.pageDisplay;
-        CXmlElement* page = nullptr;
-        if (!RunPagePicker(dialog_, request, page)) return;
-        if (page) {
-            fields_.pageDisplay = page->GetAttribute("name");
-            fields_.link = page->GetAttribute("url");
-        }
-        fields_.type = kLinkInternalPage;
+        if (!ChoosePageForLink(dialog_, site_, fields_)) return;
         WriteFields();
         if (ImageRecord* record = SelectedRecord()) record->link = fields_.link;
     }

@@ -7,7 +7,6 @@
 #include "ui/modal_dialog.h"
 #include "ui/link_history.h"
 #include "ui/link_type.h"
-#include "ui/page_picker.h"
 #include "xml/xml_document.h"
 
 namespace {
@@ -107,16 +106,7 @@ private:
 
     void OnSelectPage() {
         ReadLinkFields(dialog_, fields_);
-        PagePickerRequest request;
-        request.site = site_;
-        request.currentPage = fields_.pageDisplay;
-        CXmlElement* page = nullptr;
-        if (!RunPagePicker(dialog_, request, page)) return;
-        if (page) {
-            fields_.pageDisplay = page->GetAttribute("name");
-            fields_.link = page->GetAttribute("url");
-        }
-        fields_.type = kLinkInternalPage;
+        if (!ChoosePageForLink(dialog_, site_, fields_)) return;
         WriteLinkFields(dialog_, fields_);
     }
 

@@ -4,6 +4,7 @@
 
 #include "html/site_structure.h"
 #include "ui/link_dialog_resources.h"
+#include "ui/page_picker.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
@@ -107,4 +108,18 @@ LinkTypeDecision DecideLinkType(std::string_view link, CXmlDocument* site) {
     decision.hasScheme = true;
     if (ascii::Lower(link.substr(0, colon)) == "mailto") decision.type = kLinkEmailAddress;
     return decision;
+}
+
+bool ChoosePageForLink(HWND dialog, CXmlDocument* site, LinkFields& fields) {
+    PagePickerRequest request;
+    request.site = site;
+    request.currentPage = fields.pageDisplay;
+    CXmlElement* page = nullptr;
+    if (!RunPagePicker(dialog, request, page)) return false;
+    if (page) {
+        fields.pageDisplay = page->GetAttribute("name");
+        fields.link = page->GetAttribute("url");
+    }
+    fields.type = kLinkInternalPage;
+    return true;
 }

@@ -36,6 +36,12 @@ void WriteLinkFields(HWND dialog, const LinkFields& fields);
 // change nothing.
 void ApplyLinkType(HWND dialog, LinkFields& fields, int type);
 
+// The Select button of both dialogs: runs the page picker over the site
+// from the current page display. On OK a chosen page gives the page display
+// its name and the link its url, and the type becomes Internal Web Page in
+// any case; returns false when the picker was cancelled.
+bool ChoosePageForLink(HWND dialog, CXmlDocument* site, LinkFields& fields);
+
 // What a link text says about itself. A text without ":" names a page of
 // the site when it holds "./": the part after the last "/", without its
 // extension, looked up by name in site. With ":", "mailto" before it means
