@@ -4,6 +4,7 @@
 #include "grid_fixture.h"
 
 #include "grid/color_popup.h"
+#include "test_pictures.h"
 
 namespace {
 std::string EditorText(HWND editor) {
@@ -379,23 +380,16 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), static_cast<LRESULT>(faces.size()));
     EXPECT_TRUE(GetWindowLongA(combo, GWL_STYLE) & CBS_OWNERDRAWFIXED);   // entries drawn in their face
     // The grid paints a selected entry on the highlight colour.
-    HDC screen = GetDC(nullptr);
-    HDC mem = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateCompatibleBitmap(screen, 200, 20);
-    HGDIOBJ old = SelectObject(mem, bitmap);
+    test_pictures::Surface surface(200, 20);
     DRAWITEMSTRUCT dis{};
     dis.CtlType = ODT_COMBOBOX;
     dis.itemID = 0;
     dis.itemState = ODS_SELECTED;
     dis.hwndItem = combo;
-    dis.hDC = mem;
+    dis.hDC = surface.Dc();
     dis.rcItem = {0, 0, 200, 20};
     EXPECT_TRUE(SendMessageA(RowsHwnd(), WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&dis)));
-    EXPECT_EQ(GetPixel(mem, 198, 10), GetSysColor(COLOR_HIGHLIGHT));
-    SelectObject(mem, old);
-    DeleteObject(bitmap);
-    DeleteDC(mem);
-    ReleaseDC(nullptr, screen);
+    EXPECT_EQ(GetPixel(surface.Dc(), 198, 10), GetSysColor(COLOR_HIGHLIGHT));
     // Picking a face from the list applies it at once.
     SendMessageA(combo, CB_SETCURSEL, 0, 0);
     SendMessageA(RowsHwnd(), WM_COMMAND, MAKEWPARAM(0, CBN_SELENDOK), reinterpret_cast<LPARAM>(combo));

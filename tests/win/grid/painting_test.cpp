@@ -3,23 +3,17 @@
 
 #include <commctrl.h>
 
+#include "test_pictures.h"
+
 class GridPainting : public GridFixture {
 protected:
     // Prints the rows into a bitmap and returns the colour at a client point.
     COLORREF PixelAt(POINT point) {
         RECT client;
         GetClientRect(RowsHwnd(), &client);
-        HDC screen = GetDC(nullptr);
-        HDC mem = CreateCompatibleDC(screen);
-        HBITMAP bitmap = CreateCompatibleBitmap(screen, client.right, client.bottom);
-        HGDIOBJ old = SelectObject(mem, bitmap);
-        SendMessageA(RowsHwnd(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(mem), PRF_CLIENT);
-        COLORREF color = GetPixel(mem, point.x, point.y);
-        SelectObject(mem, old);
-        DeleteObject(bitmap);
-        DeleteDC(mem);
-        ReleaseDC(nullptr, screen);
-        return color;
+        test_pictures::Surface surface(client.right, client.bottom);
+        SendMessageA(RowsHwnd(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(surface.Dc()), PRF_CLIENT);
+        return GetPixel(surface.Dc(), point.x, point.y);
     }
     POINT SwatchCenter(const std::string& name) {
         RECT value = Rows().GetValueRect(RowOf(name));

@@ -260,6 +260,7 @@ void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
     }
     if (!report->found) {
         report->found = true;
+        report->frameDisabled = !IsWindowEnabled(g_script.frame);
         GetWindowTextA(dialog, report->caption, sizeof report->caption);
         GetDlgItemTextA(dialog, kDeveloperId, report->developer, sizeof report->developer);
         GetDlgItemTextA(dialog, kWebsiteId, report->website, sizeof report->website);

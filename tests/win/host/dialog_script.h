@@ -20,6 +20,7 @@
 
 struct DialogScriptReport {
     bool found = false;       // the dialog was seen
+    bool frameDisabled = false;  // the frame was disabled while the dialog showed
     bool failed = false;      // a step could not be carried out
     char failure[256] = {};
     char caption[256] = {};

@@ -373,7 +373,7 @@ int CommandProperties(Plugin& plugin, int stepCount, char** steps) {
     DestroyWindow(frame);
     printf("{\"returned\":true,\"frameEnabled\":%s", frameEnabled ? "true" : "false");
     if (stepCount > 0) {
-        printf(",\"caption\":");
+        printf(",\"frameDisabled\":%s,\"caption\":", report.frameDisabled ? "true" : "false");
         PrintJsonString(report.caption);
         printf(",\"developer\":");
         PrintJsonString(report.developer);

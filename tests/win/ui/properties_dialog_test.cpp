@@ -1,11 +1,10 @@
 // The Properties dialog over small definitions: the rows it builds from
 // PROPERTIES, what a changed row writes back into the values, its captions
-// and website link, and the modal run with OK and Cancel.
+// and website link. (The modal run is driven through the plug-in by pwhost.)
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -306,77 +305,6 @@ TEST_F(PropertiesDialogTest, TheWebsiteLinkIsBlueUnderlinedAndTakesTheMouse) {
     // Without a target a click opens nothing (and does not fail).
     link.SetTarget("");
     SendMessageA(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, 0);
-}
-
-// ---- the modal run ------------------------------------------------------------
-
-// Presses a button of the modal dialog once it is shown, optionally after
-// changing a row first, from a thread timer that runs inside the dialog's loop.
-struct ModalDriver {
-    static ModalDriver* s_current;
-    CPropertiesDialog* dialog = nullptr;
-    int button = IDOK;
-    std::function<void()> before;
-    bool pressed = false;
-
-    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-        ModalDriver* self = s_current;
-        if (!self || self->pressed || !self->dialog->GetHwnd() || !IsWindowVisible(self->dialog->GetHwnd())) return;
-        self->pressed = true;
-        if (self->before) self->before();
-        PostMessageA(GetDlgItem(self->dialog->GetHwnd(), self->button), BM_CLICK, 0, 0);
-    }
-};
-ModalDriver* ModalDriver::s_current = nullptr;
-
-class PropertiesDialogModal : public PropertiesDialogTest {
-protected:
-    int RunModal(int button, std::function<void()> before = nullptr) {
-        m_definition.Parse(kEveryType);
-        m_dialog = std::make_unique<CPropertiesDialog>(&m_definition, &m_site);
-        ModalDriver driver;
-        driver.dialog = m_dialog.get();
-        driver.button = button;
-        driver.before = std::move(before);
-        ModalDriver::s_current = &driver;
-        UINT_PTR timer = SetTimer(nullptr, 0, 50, ModalDriver::Tick);
-        int result = m_dialog->DoModal(m_owner);
-        KillTimer(nullptr, timer);
-        ModalDriver::s_current = nullptr;
-        return result;
-    }
-    void SetUp() override {
-        m_owner = CreateWindowExA(0, "STATIC", "owner", WS_POPUP, 0, 0, 200, 100, nullptr, nullptr, nullptr, nullptr);
-        ASSERT_NE(m_owner, nullptr);
-    }
-    void TearDown() override {
-        PropertiesDialogTest::TearDown();
-        DestroyWindow(m_owner);
-    }
-    HWND m_owner = nullptr;
-};
-
-TEST_F(PropertiesDialogModal, OkEndsWithOneAndKeepsTheEdits) {
-    int result = RunModal(IDOK, [&] {
-        EXPECT_FALSE(IsWindowEnabled(m_owner));   // modal over its owner
-        Row("Main", "Text")->ValueActiveGet()->SetText("edited");
-        Confirm("Main", "Text");
-    });
-    EXPECT_EQ(result, IDOK);
-    EXPECT_TRUE(IsWindowEnabled(m_owner));
-    EXPECT_EQ(Stored("$Text$"), "edited");
-    EXPECT_EQ(m_dialog->GetHwnd(), nullptr);
-}
-
-TEST_F(PropertiesDialogModal, OkTakesAValueStillBeingTyped) {
-    int result = RunModal(IDOK, [&] {
-        CExtPropertyGridWnd& rows = m_dialog->Grid().GetGrid();
-        rows.FocusSet(rows.FindRow(Row("Main", "Text")));
-        std::string typed = "typed";
-        ASSERT_TRUE(rows.BeginEdit(&typed));
-    });
-    EXPECT_EQ(result, IDOK);
-    EXPECT_EQ(Stored("$Text$"), "typed");
 }
 
 }  // namespace
