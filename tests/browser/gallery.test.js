@@ -75,6 +75,17 @@ function state(page, n = 0) {
   }, n);
 }
 
+// Opens the site, runs the checks and always closes the page and server.
+async function withGallery(site, ...rest) {
+  const check = rest.pop();
+  const g = await open(site, ...rest);
+  try {
+    await check(g);
+  } finally {
+    await g.close();
+  }
+}
+
 const current = (s) => s.shown.reduce((a, b) => (b.z > a.z ? b : a));
 // Waits until every gallery has finished gliding (the script keeps its state
 // on the gallery element).
@@ -93,34 +104,31 @@ function eightPictureSite(name, options = {}) {
 
 test('the gallery loads, lays out the strip and shows the first caption', async () => {
   const { site, images } = eightPictureSite('plain');
-  const g = await open(site);
-  try {
-    const s = await state(g.page);
-    assert.equal(s.images, 'visible');
-    assert.equal(s.scrollbar, 'visible');
-    assert.equal(s.caption, images[0].title);
-    assert.equal(s.live, 'polite');
-    assert.ok(s.focusable, 'the gallery takes focus');
-    assert.equal(s.label, 'Gallery, picture 1 of 8');
-    assert.ok(s.shown.length >= 5, `pictures shown: ${s.shown.length}`);
-    for (const p of s.shown) {
-      assert.ok(p.natural[0] > 0, `${p.alt} is loaded`);
-      // Proportions are kept within a pixel's rounding.
-      assert.ok(Math.abs(p.w / p.h - p.natural[0] / p.natural[1]) < 0.02, `${p.alt} keeps its proportions`);
-      assert.ok(p.y >= 0 && p.y + p.h <= s.height, `${p.alt} fits vertically`);
-    }
-    const first = current(s);
-    assert.equal(first.alt, images[0].title);
-    assert.ok(Math.abs(first.x + first.w / 2 - s.width / 2) < 2, 'the current picture is centred');
-    for (const p of s.shown) if (p !== first) assert.ok(p.h < first.h, `${p.alt} recedes`);
-    // Without reflections the pictures stand on one line low in the gallery.
-    for (const p of s.shown) assert.ok(Math.abs(p.y + p.h - (first.y + first.h)) < 1, `${p.alt} stands on the line`);
-    assert.ok(first.y + first.h > s.height * 0.75, 'no room is left for reflections that are not there');
-    assert.ok(s.sliderAt < 0.02, 'the slider starts at the left');
-    assert.deepEqual(g.problems, []);
-  } finally {
-    await g.close();
+  await withGallery(site, async (g) => {
+  const s = await state(g.page);
+  assert.equal(s.images, 'visible');
+  assert.equal(s.scrollbar, 'visible');
+  assert.equal(s.caption, images[0].title);
+  assert.equal(s.live, 'polite');
+  assert.ok(s.focusable, 'the gallery takes focus');
+  assert.equal(s.label, 'Gallery, picture 1 of 8');
+  assert.ok(s.shown.length >= 5, `pictures shown: ${s.shown.length}`);
+  for (const p of s.shown) {
+    assert.ok(p.natural[0] > 0, `${p.alt} is loaded`);
+    // Proportions are kept within a pixel's rounding.
+    assert.ok(Math.abs(p.w / p.h - p.natural[0] / p.natural[1]) < 0.02, `${p.alt} keeps its proportions`);
+    assert.ok(p.y >= 0 && p.y + p.h <= s.height, `${p.alt} fits vertically`);
   }
+  const first = current(s);
+  assert.equal(first.alt, images[0].title);
+  assert.ok(Math.abs(first.x + first.w / 2 - s.width / 2) < 2, 'the current picture is centred');
+  for (const p of s.shown) if (p !== first) assert.ok(p.h < first.h, `${p.alt} recedes`);
+  // Without reflections the pictures stand on one line low in the gallery.
+  for (const p of s.shown) assert.ok(Math.abs(p.y + p.h - (first.y + first.h)) < 1, `${p.alt} stands on the line`);
+  assert.ok(first.y + first.h > s.height * 0.75, 'no room is left for reflections that are not there');
+  assert.ok(s.sliderAt < 0.02, 'the slider starts at the left');
+  assert.deepEqual(g.problems, []);
+  });
 });
 
 test('keys move the focused gallery only; Home and End reach the ends', async () => {
@@ -129,96 +137,87 @@ test('keys move the focused gallery only; Home and End reach the ends', async ()
     { left: 20, top: 10, width: 700, height: 300, pictures: images },
     { left: 20, top: 330, width: 700, height: 300, pictures: images.slice(0, 4) },
   ]);
-  const g = await open(site);
-  try {
-    await g.page.locator('[id="slidewave"]').first().focus();
-    await g.page.keyboard.press('ArrowRight');
-    await g.page.keyboard.press('ArrowRight');
-    await settle(g.page);
-    assert.equal((await state(g.page, 0)).caption, images[2].title);
-    assert.equal((await state(g.page, 1)).caption, images[0].title, 'the other gallery stays');
-    await g.page.keyboard.press('End');
-    await settle(g.page);
-    let s = await state(g.page, 0);
-    assert.equal(s.caption, images[7].title);
-    assert.ok(s.sliderAt > 0.98, `slider at the end: ${s.sliderAt}`);
-    await g.page.keyboard.press('ArrowRight');  // already at the end
-    await g.page.keyboard.press('Home');
-    await settle(g.page);
-    assert.equal((await state(g.page, 0)).caption, images[0].title);
+  await withGallery(site, async (g) => {
+  await g.page.locator('[id="slidewave"]').first().focus();
+  await g.page.keyboard.press('ArrowRight');
+  await g.page.keyboard.press('ArrowRight');
+  await settle(g.page);
+  assert.equal((await state(g.page, 0)).caption, images[2].title);
+  assert.equal((await state(g.page, 1)).caption, images[0].title, 'the other gallery stays');
+  await g.page.keyboard.press('End');
+  await settle(g.page);
+  let s = await state(g.page, 0);
+  assert.equal(s.caption, images[7].title);
+  assert.ok(s.sliderAt > 0.98, `slider at the end: ${s.sliderAt}`);
+  await g.page.keyboard.press('ArrowRight');  // already at the end
+  await g.page.keyboard.press('Home');
+  await settle(g.page);
+  assert.equal((await state(g.page, 0)).caption, images[0].title);
 
-    await g.page.locator('[id="slidewave"]').nth(1).focus();
-    await g.page.keyboard.press('End');
-    await settle(g.page);
-    assert.equal((await state(g.page, 1)).caption, images[3].title);
-    assert.equal((await state(g.page, 0)).caption, images[0].title);
-  } finally {
-    await g.close();
-  }
+  await g.page.locator('[id="slidewave"]').nth(1).focus();
+  await g.page.keyboard.press('End');
+  await settle(g.page);
+  assert.equal((await state(g.page, 1)).caption, images[3].title);
+  assert.equal((await state(g.page, 0)).caption, images[0].title);
+  });
 });
 
 test('dragging the slider and clicking the scroll bar move the strip', async () => {
   const { site, images } = eightPictureSite('slider');
-  const g = await open(site);
-  try {
-    const slider = await g.page.locator('[id="slider"]').boundingBox();
-    const bar = await g.page.locator('[id="scrollbar"]').boundingBox();
-    const y = slider.y + slider.height / 2;
-    await g.page.mouse.move(slider.x + slider.width / 2, y);
-    await g.page.mouse.down();
-    for (let i = 1; i <= 10; i++) await g.page.mouse.move(bar.x + (bar.width * 0.43 * i) / 10, y);
-    // Three sevenths of the way is the fourth picture.
-    assert.equal((await state(g.page)).caption, images[3].title);
-    await g.page.mouse.up();
-    await settle(g.page);
-    let s = await state(g.page);
-    assert.equal(s.caption, images[3].title);
-    assert.ok(Math.abs(s.sliderAt - 3 / 7) < 0.02, `slider settles on the picture: ${s.sliderAt}`);
+  await withGallery(site, async (g) => {
+  const slider = await g.page.locator('[id="slider"]').boundingBox();
+  const bar = await g.page.locator('[id="scrollbar"]').boundingBox();
+  const y = slider.y + slider.height / 2;
+  await g.page.mouse.move(slider.x + slider.width / 2, y);
+  await g.page.mouse.down();
+  for (let i = 1; i <= 10; i++) await g.page.mouse.move(bar.x + (bar.width * 0.43 * i) / 10, y);
+  // Three sevenths of the way is the fourth picture.
+  assert.equal((await state(g.page)).caption, images[3].title);
+  await g.page.mouse.up();
+  await settle(g.page);
+  let s = await state(g.page);
+  assert.equal(s.caption, images[3].title);
+  assert.ok(Math.abs(s.sliderAt - 3 / 7) < 0.02, `slider settles on the picture: ${s.sliderAt}`);
 
-    await g.page.mouse.click(bar.x + bar.width - 2, bar.y + bar.height / 2);
-    await settle(g.page);
-    s = await state(g.page);
-    assert.equal(s.caption, images[7].title);
-    const last = current(s);
-    assert.ok(Math.abs(last.x + last.w / 2 - s.width / 2) < 2, 'the last picture comes to the middle');
-  } finally {
-    await g.close();
-  }
+  await g.page.mouse.click(bar.x + bar.width - 2, bar.y + bar.height / 2);
+  await settle(g.page);
+  s = await state(g.page);
+  assert.equal(s.caption, images[7].title);
+  const last = current(s);
+  assert.ok(Math.abs(last.x + last.w / 2 - s.width / 2) < 2, 'the last picture comes to the middle');
+  });
 });
 
 test('wheel steps, a tap on a side picture and a swipe move the strip', async () => {
   const { site, images } = eightPictureSite('wheel');
-  const g = await open(site);
-  try {
-    const box = await g.page.locator('[id="slidewave"]').first().boundingBox();
-    await g.page.mouse.move(box.x + box.width / 2, box.y + box.height / 3);
-    await g.page.mouse.wheel(0, 100);
-    await settle(g.page);
-    assert.equal((await state(g.page)).caption, images[1].title);
-    await g.page.mouse.wheel(0, 200);
-    await settle(g.page);
-    assert.equal((await state(g.page)).caption, images[3].title);
-    await g.page.mouse.wheel(0, -100);
-    await settle(g.page);
-    assert.equal((await state(g.page)).caption, images[2].title);
+  await withGallery(site, async (g) => {
+  const box = await g.page.locator('[id="slidewave"]').first().boundingBox();
+  await g.page.mouse.move(box.x + box.width / 2, box.y + box.height / 3);
+  await g.page.mouse.wheel(0, 100);
+  await settle(g.page);
+  assert.equal((await state(g.page)).caption, images[1].title);
+  await g.page.mouse.wheel(0, 200);
+  await settle(g.page);
+  assert.equal((await state(g.page)).caption, images[3].title);
+  await g.page.mouse.wheel(0, -100);
+  await settle(g.page);
+  assert.equal((await state(g.page)).caption, images[2].title);
 
-    const s = await state(g.page);
-    const right = s.shown.find((p) => p.alt === images[3].title);
-    await g.page.mouse.click(box.x + right.x + right.w - 4, box.y + right.y + right.h / 2);
-    await settle(g.page);
-    assert.equal((await state(g.page)).caption, images[3].title);
+  const s = await state(g.page);
+  const right = s.shown.find((p) => p.alt === images[3].title);
+  await g.page.mouse.click(box.x + right.x + right.w - 4, box.y + right.y + right.h / 2);
+  await settle(g.page);
+  assert.equal((await state(g.page)).caption, images[3].title);
 
-    // A swipe to the left by two picture steps (16% of the width each).
-    const y = box.y + box.height / 3;
-    await g.page.mouse.move(box.x + box.width * 0.8, y);
-    await g.page.mouse.down();
-    for (let i = 1; i <= 8; i++) await g.page.mouse.move(box.x + box.width * (0.8 - (0.32 * i) / 8), y);
-    await g.page.mouse.up();
-    await settle(g.page);
-    assert.equal((await state(g.page)).caption, images[5].title);
-  } finally {
-    await g.close();
-  }
+  // A swipe to the left by two picture steps (16% of the width each).
+  const y = box.y + box.height / 3;
+  await g.page.mouse.move(box.x + box.width * 0.8, y);
+  await g.page.mouse.down();
+  for (let i = 1; i <= 8; i++) await g.page.mouse.move(box.x + box.width * (0.8 - (0.32 * i) / 8), y);
+  await g.page.mouse.up();
+  await settle(g.page);
+  assert.equal((await state(g.page)).caption, images[5].title);
+  });
 });
 
 test('a picture that fails to load is left out; no broken image is shown', async () => {
@@ -228,19 +227,16 @@ test('a picture that fails to load is left out; no broken image is shown', async
   fs.writeFileSync(path.join(folder, 'Garbage.png'), 'not a picture');
   images.push({ path: path.join(folder, 'Garbage.png'), title: 'Garbage.png' });
   const site = publishSite(path.join(work, 'broken'), [{ left: 0, top: 0, width: 700, height: 360, pictures: images }]);
-  const g = await open(site);
-  try {
-    await g.page.locator('[id="slidewave"]').focus();
-    await g.page.keyboard.press('End');
-    await settle(g.page);
-    const s = await state(g.page);
-    assert.equal(s.caption, images[4].title);
-    assert.ok(s.shown.every((p) => p.natural[0] > 0), 'only loaded pictures are displayed');
-    assert.ok(!s.shown.some((p) => p.alt === 'Missing.png' || p.alt === 'Garbage.png'));
-    assert.deepEqual(g.problems, []);
-  } finally {
-    await g.close();
-  }
+  await withGallery(site, async (g) => {
+  await g.page.locator('[id="slidewave"]').focus();
+  await g.page.keyboard.press('End');
+  await settle(g.page);
+  const s = await state(g.page);
+  assert.equal(s.caption, images[4].title);
+  assert.ok(s.shown.every((p) => p.natural[0] > 0), 'only loaded pictures are displayed');
+  assert.ok(!s.shown.some((p) => p.alt === 'Missing.png' || p.alt === 'Garbage.png'));
+  assert.deepEqual(g.problems, []);
+  });
 });
 
 test('zero pictures and one picture', async () => {
@@ -249,111 +245,96 @@ test('zero pictures and one picture', async () => {
     { left: 0, top: 0, width: 500, height: 250, pictures: [] },
     { left: 0, top: 260, width: 500, height: 250, pictures: one },
   ]);
-  const g = await open(site);
-  try {
-    const none = await state(g.page, 0);
-    assert.equal(none.shown.length, 0);
-    assert.equal(none.caption, 'No pictures to show');
-    const single = await state(g.page, 1);
-    assert.equal(single.shown.length, 1);
-    assert.equal(single.caption, one[0].title);
-    assert.equal(single.scrollbar, 'hidden', 'no scroll bar for a single picture');
-    await g.page.locator('[id="slidewave"]').nth(1).focus();
-    await g.page.keyboard.press('ArrowRight');
-    await g.page.mouse.wheel(0, 300);
-    assert.equal((await state(g.page, 1)).caption, one[0].title);
-    assert.deepEqual(g.problems, []);
-  } finally {
-    await g.close();
-  }
+  await withGallery(site, async (g) => {
+  const none = await state(g.page, 0);
+  assert.equal(none.shown.length, 0);
+  assert.equal(none.caption, 'No pictures to show');
+  const single = await state(g.page, 1);
+  assert.equal(single.shown.length, 1);
+  assert.equal(single.caption, one[0].title);
+  assert.equal(single.scrollbar, 'hidden', 'no scroll bar for a single picture');
+  await g.page.locator('[id="slidewave"]').nth(1).focus();
+  await g.page.keyboard.press('ArrowRight');
+  await g.page.mouse.wheel(0, 300);
+  assert.equal((await state(g.page, 1)).caption, one[0].title);
+  assert.deepEqual(g.problems, []);
+  });
 });
 
 test('hundreds of pictures: only the neighbourhood is displayed, End reaches the last', async () => {
   const { site, images } = eightPictureSite('many', { count: 300 });
-  const g = await open(site, { reducedMotion: 'reduce' });
-  try {
-    let s = await state(g.page);
-    assert.ok(s.shown.length <= 13, `displayed: ${s.shown.length}`);
-    await g.page.locator('[id="slidewave"]').focus();
-    await g.page.keyboard.press('End');
-    s = await state(g.page);  // reduced motion: no glide to wait for
-    assert.equal(s.caption, images[299].title);
-  } finally {
-    await g.close();
-  }
+  await withGallery(site, { reducedMotion: 'reduce' }, async (g) => {
+  let s = await state(g.page);
+  assert.ok(s.shown.length <= 13, `displayed: ${s.shown.length}`);
+  await g.page.locator('[id="slidewave"]').focus();
+  await g.page.keyboard.press('End');
+  s = await state(g.page);  // reduced motion: no glide to wait for
+  assert.equal(s.caption, images[299].title);
+  });
 });
 
 test('a resized gallery lays the strip out again', async () => {
   const { site } = eightPictureSite('resize');
-  const g = await open(site);
-  try {
-    const before = current(await state(g.page));
-    await g.page.evaluate(() => {
-      const root = document.querySelector('[id="slidewave"]');
-      root.style.width = '400px';
-      root.style.height = '260px';
-    });
-    // Resize observers report before the next frame is painted.
-    await g.page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
-    const s = await state(g.page);
-    const now = current(s);
-    assert.ok(now.h < before.h, 'the current picture shrinks with the gallery');
-    assert.ok(Math.abs(now.x + now.w / 2 - 200) < 2, 'and stays centred');
-    for (const p of s.shown) assert.ok(p.y + p.h <= 260);
-  } finally {
-    await g.close();
-  }
+  await withGallery(site, async (g) => {
+  const before = current(await state(g.page));
+  await g.page.evaluate(() => {
+    const root = document.querySelector('[id="slidewave"]');
+    root.style.width = '400px';
+    root.style.height = '260px';
+  });
+  // Resize observers report before the next frame is painted.
+  await g.page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
+  const s = await state(g.page);
+  const now = current(s);
+  assert.ok(now.h < before.h, 'the current picture shrinks with the gallery');
+  assert.ok(Math.abs(now.x + now.w / 2 - 200) < 2, 'and stays centred');
+  for (const p of s.shown) assert.ok(p.y + p.h <= 260);
+  });
 });
 
 test('reflections without PHP: the original picture with a drawn reflection', async () => {
   const { site, images } = eightPictureSite('reflect-static', { reflection: true });
-  const g = await open(site);
-  try {
-    const s = await state(g.page);
-    assert.ok(s.shown.length >= 5);
-    for (const p of s.shown) {
-      assert.equal(p.tag, 'CANVAS', `${p.alt} is drawn with its reflection`);
-      const original = images.find((i) => i.title === p.alt);
-      assert.deepEqual(p.natural, [original.width, original.height * 1.5]);
-    }
-    // The reflection fades: its first rows are brighter than its last.
-    const fade = await g.page.evaluate(() => {
-      const c = document.querySelector('[id="images"] canvas');
-      const g = c.getContext('2d');
-      const alpha = (y) => g.getImageData(Math.floor(c.width / 2), y, 1, 1).data[3];
-      const h = c.height / 1.5;
-      return [alpha(Math.floor(h / 2)), alpha(Math.floor(h) + 1), alpha(c.height - 1)];
-    });
-    assert.equal(fade[0], 255);
-    assert.ok(fade[1] > 100 && fade[1] < 140, `reflection starts half visible: ${fade[1]}`);
-    assert.ok(fade[2] < 10, `and fades out: ${fade[2]}`);
-    assert.deepEqual(g.problems, []);
-    fs.mkdirSync(screenshots, { recursive: true });
-    await g.page.screenshot({ path: path.join(screenshots, 'gallery-without-php.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
-  } finally {
-    await g.close();
+  await withGallery(site, async (g) => {
+  const s = await state(g.page);
+  assert.ok(s.shown.length >= 5);
+  for (const p of s.shown) {
+    assert.equal(p.tag, 'CANVAS', `${p.alt} is drawn with its reflection`);
+    const original = images.find((i) => i.title === p.alt);
+    assert.deepEqual(p.natural, [original.width, original.height * 1.5]);
   }
+  // The reflection fades: its first rows are brighter than its last.
+  const fade = await g.page.evaluate(() => {
+    const c = document.querySelector('[id="images"] canvas');
+    const g = c.getContext('2d');
+    const alpha = (y) => g.getImageData(Math.floor(c.width / 2), y, 1, 1).data[3];
+    const h = c.height / 1.5;
+    return [alpha(Math.floor(h / 2)), alpha(Math.floor(h) + 1), alpha(c.height - 1)];
+  });
+  assert.equal(fade[0], 255);
+  assert.ok(fade[1] > 100 && fade[1] < 140, `reflection starts half visible: ${fade[1]}`);
+  assert.ok(fade[2] < 10, `and fades out: ${fade[2]}`);
+  assert.deepEqual(g.problems, []);
+  fs.mkdirSync(screenshots, { recursive: true });
+  await g.page.screenshot({ path: path.join(screenshots, 'gallery-without-php.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
+  });
 });
 
 test('reflections with PHP: reflect.php delivers the pictures', async () => {
   const { site, images } = eightPictureSite('reflect-php', { reflection: true });
-  const g = await open(site, { php: true });
-  try {
-    const s = await state(g.page);
-    for (const p of s.shown) {
-      assert.equal(p.tag, 'IMG');
-      assert.match(p.src, /^reflect\.php\?img=images\//);
-      const original = images.find((i) => i.title === p.alt);
-      assert.deepEqual(p.natural, [original.width, original.height * 1.5]);
-    }
-    fs.mkdirSync(screenshots, { recursive: true });
-    await g.page.locator('[id="slidewave"]').focus();
-    await g.page.keyboard.press('ArrowRight');
-    await g.page.keyboard.press('ArrowRight');
-    await settle(g.page);
-    await g.page.evaluate(() => document.activeElement.blur());  // no focus ring in the picture
-    await g.page.screenshot({ path: path.join(screenshots, 'gallery.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
-  } finally {
-    await g.close();
+  await withGallery(site, { php: true }, async (g) => {
+  const s = await state(g.page);
+  for (const p of s.shown) {
+    assert.equal(p.tag, 'IMG');
+    assert.match(p.src, /^reflect\.php\?img=images\//);
+    const original = images.find((i) => i.title === p.alt);
+    assert.deepEqual(p.natural, [original.width, original.height * 1.5]);
   }
+  fs.mkdirSync(screenshots, { recursive: true });
+  await g.page.locator('[id="slidewave"]').focus();
+  await g.page.keyboard.press('ArrowRight');
+  await g.page.keyboard.press('ArrowRight');
+  await settle(g.page);
+  await g.page.evaluate(() => document.activeElement.blur());  // no focus ring in the picture
+  await g.page.screenshot({ path: path.join(screenshots, 'gallery.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
+  });
 });

@@ -47,6 +47,11 @@ protected:
         EXPECT_EQ(ParentEvents()[0].code, code);
         EXPECT_EQ(ParentEvents()[0].name, name);
     }
+    // Types text over the open editor's and presses Enter.
+    void Enter(const char* text) {
+        SetWindowTextA(Rows().EditorHwnd(), text);
+        Key(VK_RETURN, Rows().EditorHwnd());
+    }
     void ExpectNoEvents() {
         EXPECT_TRUE(m_ctrl->hooks.empty());
         EXPECT_TRUE(ParentEvents().empty());
@@ -57,10 +62,8 @@ TEST_F(GridEditing, F2EditsTextAndEnterCompletesInput) {
     Focus("Title");
     Key(VK_F2);
     ASSERT_TRUE(Rows().IsEditing());
-    HWND editor = Rows().EditorHwnd();
-    EXPECT_EQ(EditorText(editor), "Hello");
-    SetWindowTextA(editor, "World");
-    Key(VK_RETURN, editor);
+    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "Hello");
+    Enter("World");
     EXPECT_FALSE(Rows().IsEditing());
     EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "World");
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "World");
@@ -156,13 +159,10 @@ TEST_F(GridEditing, ListBoundComboRefusesTextThatIsNoEntry) {
     Focus("Size");
     Key(VK_F2);
     ASSERT_TRUE(Rows().IsEditing());
-    HWND editor = Rows().EditorHwnd();
-    SetWindowTextA(editor, "13");
-    Key(VK_RETURN, editor);
+    Enter("13");
     EXPECT_TRUE(Rows().IsEditing());                 // refused: the editor stays
     EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetText(), "10");
-    SetWindowTextA(Rows().EditorHwnd(), "12");
-    Key(VK_RETURN, Rows().EditorHwnd());
+    Enter("12");
     EXPECT_FALSE(Rows().IsEditing());
     EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetCurSel(), 2);
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Size", "12");
@@ -346,8 +346,7 @@ TEST_F(GridEditingMoreKinds, PasswordsAreEditedHidden) {
     Key(VK_F2);
     ASSERT_TRUE(Rows().IsEditing());
     EXPECT_TRUE(GetWindowLongA(Rows().EditorHwnd(), GWL_STYLE) & ES_PASSWORD);
-    SetWindowTextA(Rows().EditorHwnd(), "new one");
-    Key(VK_RETURN, Rows().EditorHwnd());
+    Enter("new one");
     EXPECT_EQ(CellOf<CExtGridCellPassword>("Secret")->GetText(), "new one");
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Secret", "new one");
 }
@@ -396,8 +395,7 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     EXPECT_EQ(cell->GetText(), faces.front());
     ExpectOneEvent(PGN_VALUEAPPLIED, "Face", faces.front());
     SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
-    SetWindowTextA(Rows().EditorHwnd(), faces.back().c_str());
-    Key(VK_RETURN, Rows().EditorHwnd());
+    Enter(faces.back().c_str());
     EXPECT_EQ(cell->GetText(), faces.back());
 }
 

@@ -13,20 +13,13 @@ TEST_F(GridNavigation, ShowsCategoriesWithTheirValuesInStoreOrder) {
 
 TEST_F(GridNavigation, ArrowsPagesHomeAndEndMoveTheFocus) {
     Rows().FocusSet(0);
-    Key(VK_DOWN);
-    EXPECT_EQ(Rows().FocusGet(), 1);
-    Key(VK_END);
-    EXPECT_EQ(Rows().FocusGet(), 8);
-    Key(VK_DOWN);                       // stays on the last row
-    EXPECT_EQ(Rows().FocusGet(), 8);
-    Key(VK_HOME);
-    EXPECT_EQ(Rows().FocusGet(), 0);
-    Key(VK_UP);
-    EXPECT_EQ(Rows().FocusGet(), 0);
-    Key(VK_NEXT);
-    EXPECT_EQ(Rows().FocusGet(), 8);    // the whole store fits in one page
-    Key(VK_PRIOR);
-    EXPECT_EQ(Rows().FocusGet(), 0);
+    // Down at the last row and Up at the first stay; the whole store fits in one page.
+    const std::pair<WPARAM, int> steps[] = {{VK_DOWN, 1}, {VK_END, 8}, {VK_DOWN, 8}, {VK_HOME, 0},
+                                            {VK_UP, 0},   {VK_NEXT, 8}, {VK_PRIOR, 0}};
+    for (const auto& [key, row] : steps) {
+        Key(key);
+        EXPECT_EQ(Rows().FocusGet(), row) << "after key " << key;
+    }
 }
 
 TEST_F(GridNavigation, PageKeysMoveByAPageWhenTheRowsDoNotFit) {

@@ -9,6 +9,7 @@
 
 #include "render/bitmap_stream_reader.h"
 #include "render/placeholder_drawing.h"
+#include "test_pictures.h"
 
 namespace {
 
@@ -117,40 +118,22 @@ TEST(LoadBitmapFromStream, RefusesWhatIsNotABitmapOrTooShort) {
 }
 
 TEST(DrawPlaceholder, GivesTheDeviceContextBackAsItWas) {
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = 40;
-    info.bmiHeader.biHeight = -20;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    HDC dc = CreateCompatibleDC(nullptr);
-    HBITMAP surface = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    HGDIOBJ old = SelectObject(dc, surface);
+    test_pictures::Surface surface(40, 20);
+    HDC dc = surface.Dc();
     SetBkColor(dc, RGB(1, 2, 3));
     SetTextColor(dc, RGB(4, 5, 6));
     SetBkMode(dc, OPAQUE);
     HGDIOBJ font = GetCurrentObject(dc, OBJ_FONT);
 
-    RECT rect = {30, 15, 5, 2};  // reversed both ways
-    DrawPlaceholder(dc, rect, "text");
-    GdiFlush();
-
+    DrawPlaceholder(dc, RECT{30, 15, 5, 2}, "text");   // reversed both ways
     EXPECT_EQ(GetBkColor(dc), RGB(1, 2, 3));
     EXPECT_EQ(GetTextColor(dc), RGB(4, 5, 6));
     EXPECT_EQ(GetBkMode(dc), OPAQUE);
     EXPECT_EQ(GetCurrentObject(dc, OBJ_FONT), font);
     // The frame sits on the normalised rectangle's outermost pixels.
-    auto pixel = [&](int x, int y) { return static_cast<std::uint32_t*>(bits)[y * 40 + x] & 0xffffff; };
-    EXPECT_EQ(pixel(5, 2), 0x808080u);
-    EXPECT_EQ(pixel(29, 14), 0x808080u);
-    EXPECT_EQ(pixel(4, 2), 0u);
-    EXPECT_EQ(pixel(30, 14), 0u);
-    EXPECT_EQ(pixel(29, 15), 0u);
-
-    SelectObject(dc, old);
-    DeleteObject(surface);
-    DeleteDC(dc);
+    EXPECT_EQ(surface.At(5, 2), 0x808080u);
+    EXPECT_EQ(surface.At(29, 14), 0x808080u);
+    EXPECT_TRUE(surface.WhiteOutside(5, 2, 30, 15));
 }
 
 }  // namespace
