@@ -169,8 +169,7 @@ ScratchFolder::~ScratchFolder() {
 }
 
 std::string ScratchFolder::Write(const std::string& name, const std::string& bytes) {
-    std::size_t slash = name.find('\\');
-    if (slash != std::string::npos) {
+    for (std::size_t slash = name.find('\\'); slash != std::string::npos; slash = name.find('\\', slash + 1)) {
         std::string sub = Path(name.substr(0, slash));
         if (CreateDirectoryA(sub.c_str(), nullptr)) folders_.push_back(sub);
     }

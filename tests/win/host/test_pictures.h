@@ -35,7 +35,7 @@ class ScratchFolder {
 public:
     ScratchFolder();
     ~ScratchFolder();
-    // Writes bytes to name (may contain one level of sub-folder) and returns the full path.
+    // Writes bytes to name (sub-folders are made as needed) and returns the full path.
     std::string Write(const std::string& name, const std::string& bytes);
     std::string Path(const std::string& name) const { return folder_ + "\\" + name; }
     const std::string& Folder() const { return folder_; }

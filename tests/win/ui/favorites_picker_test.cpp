@@ -4,9 +4,8 @@
 
 #include <commctrl.h>
 
-#include <cstdio>
-
 #include "link_dialogs_fixture.h"
+#include "test_pictures.h"
 #include "ui/favorites_picker.h"
 #include "ui/link_dialog.h"
 #include "ui/link_dialog_resources.h"
@@ -19,11 +18,6 @@ class FavoritesPickerTest : public LinkDialogsTest {
 protected:
     void SetUp() override {
         LinkDialogsTest::SetUp();
-        char temp[MAX_PATH] = {};
-        GetTempPathA(MAX_PATH, temp);
-        folder_ = std::string(temp) + "pw-favorites-" + std::to_string(GetCurrentProcessId());
-        RemoveFolder(folder_);
-        CreateDirectoryA(folder_.c_str(), nullptr);
         ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, kShellFolders, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
                                   nullptr),
                   ERROR_SUCCESS);
@@ -43,7 +37,6 @@ protected:
                 RegDeleteValueA(key_, "Favorites");
             RegCloseKey(key_);
         }
-        RemoveFolder(folder_);
         LinkDialogsTest::TearDown();
     }
 
@@ -56,33 +49,10 @@ protected:
     }
 
     void Shortcut(const std::string& relative, const std::string& url) {
-        std::string path = folder_ + "\\" + relative;
-        FILE* file = std::fopen(path.c_str(), "wb");
-        ASSERT_NE(file, nullptr) << path;
-        std::fprintf(file, "[InternetShortcut]\r\nURL=%s\r\n", url.c_str());
-        std::fclose(file);
+        favorites_.Write(relative, "[InternetShortcut]\r\nURL=" + url + "\r\n");
     }
 
-    void Folder(const std::string& relative) { CreateDirectoryA((folder_ + "\\" + relative).c_str(), nullptr); }
-
-    static void RemoveFolder(const std::string& path) {
-        WIN32_FIND_DATAA entry = {};
-        HANDLE search = FindFirstFileA((path + "\\*").c_str(), &entry);
-        if (search != INVALID_HANDLE_VALUE) {
-            do {
-                std::string name = entry.cFileName;
-                if (name == "." || name == "..") continue;
-                std::string child = path + "\\" + name;
-                SetFileAttributesA(child.c_str(), FILE_ATTRIBUTE_NORMAL);
-                if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) RemoveFolder(child);
-                else DeleteFileA(child.c_str());
-            } while (FindNextFileA(search, &entry));
-            FindClose(search);
-        }
-        RemoveDirectoryA(path.c_str());
-    }
-
-    std::string folder_;
+    test_pictures::ScratchFolder favorites_;
     HKEY key_ = nullptr;
     bool hadValue_ = false;
     DWORD oldKind_ = REG_EXPAND_SZ;
@@ -95,13 +65,11 @@ TEST_F(FavoritesPickerTest, ListsSubfoldersFirstThenShortcutsSortedAndReturnsThe
     Shortcut("beta.url", "http://beta.example/");
     Shortcut("notes.txt", "http://not-a-shortcut.example/");
     Shortcut("secret.url", "http://hidden.example/");
-    SetFileAttributesA((folder_ + "\\secret.url").c_str(), FILE_ATTRIBUTE_HIDDEN);
-    Folder("News");
+    SetFileAttributesA(favorites_.Path("secret.url").c_str(), FILE_ATTRIBUTE_HIDDEN);
     Shortcut("News\\Daily.url", "http://daily.example/");
-    Folder("News\\Deeper");
     Shortcut("News\\Deeper\\deep.url", "http://deep.example/");
     Shortcut("broken.url", "");
-    UseFolder(folder_);
+    UseFolder(favorites_.Folder());
 
     std::vector<std::string> top, news;
     std::string caption;
@@ -126,7 +94,7 @@ TEST_F(FavoritesPickerTest, ListsSubfoldersFirstThenShortcutsSortedAndReturnsThe
 }
 
 TEST_F(FavoritesPickerTest, AMissingFolderGivesAnEmptyTree) {
-    UseFolder(folder_ + "\\does-not-exist");
+    UseFolder(favorites_.Path("does-not-exist"));
     std::size_t items = 99;
     Then([&](HWND d) {
         items = TreeChildren(GetDlgItem(d, IDC_FAVORITES_TREE), nullptr).size();
@@ -140,7 +108,7 @@ TEST_F(FavoritesPickerTest, AMissingFolderGivesAnEmptyTree) {
 
 TEST_F(FavoritesPickerTest, TheLinkDialogTakesTheChosenFavorite) {
     Shortcut("a.url", "http://a.example/");
-    UseFolder(folder_);
+    UseFolder(favorites_.Folder());
     Then([](HWND d) {
         Click(d, IDC_FAVORITES);
         EXPECT_EQ(Text(d, IDC_LINK), "http://a.example/");
