@@ -104,10 +104,6 @@ class HtmlCommand(PwextCase):
         self.assertIn('<img src="gallery/a b.png" alt="a b.png"/>', published)
         self.assertNotIn("<?xml", published)
 
-    def test_head_and_tail(self):
-        self.assertEqual(self.text("html", "head", "--definition", self.definition, "--set", "$text$=T"), "<h>T</h>")
-        self.assertEqual(self.text("html", "tail", "--definition", self.definition), "")
-
     def test_builtin_definition_is_the_default(self):
         head = self.text("html", "head")
         self.assertIn('href="slidewave.css"', head)
@@ -174,33 +170,11 @@ class PublishCommand(PwextCase):
 
 
 class LinksCommand(PwextCase):
-    def test_counts_and_rewrites_with_carry_over(self):
-        data = json.loads(self.text("links", "--definition", self.definition))
-        self.assertEqual(data["count"], 2)
-        self.assertEqual(data["urls"], ["more.html", "more.html"])  # link 0 carries into Links
-        self.assertEqual(data["values"], {})
-        data = json.loads(self.text("links", "--definition", self.definition, "--set-url", "1=b.html",
-                                    "--set-url", "0=a.html"))
-        self.assertEqual(data["values"], {"$more$": "a.html", "$home$": "a.html"})
-
     def test_builtin_has_no_links(self):
         self.assertEqual(json.loads(self.text("links", "--set-url", "0=x")), {"count": 0, "urls": [], "values": {}})
 
 
 class RecordCommand(PwextCase):
-    def test_round_trip_through_a_file(self):
-        record = self.run_pwext("record", "write", "--id", "7", "--definition", self.definition,
-                                "--set", b"$text$=" + b"\xe9" * 255).stdout
-        self.assertEqual(record[:8], bytes([100, 0, 0, 0, 7, 0, 0, 0]))
-        path = self.write("r.bin", record, "wb")
-        data = json.loads(self.text("record", "read", path))
-        self.assertEqual(data, {"version": 100, "id": 7, "values": [["$text$", "\xe9" * 255]]})
-        body = self.text("html", "body", "--definition", self.definition, "--record", path)
-        self.assertIn("\xe9" * 255, body)
-        # --set applies after the record.
-        body = self.text("html", "body", "--definition", self.definition, "--record", path, "--set", "$text$=later")
-        self.assertIn("later", body)
-
     def test_bad_records_give_one_line(self):
         record = self.run_pwext("record", "write", "--set", "$fontname$=Verdana").stdout
         for name, data in (("truncated", record[:-3]), ("empty", b""), ("trailing", record + b"x")):
