@@ -16,41 +16,8 @@ INT_PTR CALLBACK DialogProc(HWND, UINT message, WPARAM wParam, LPARAM) {
     return FALSE;
 }
 
-// A dialog template in memory: an OK button, a Cancel button and a
-// placeholder static control with id 1001.
-std::vector<WORD> DialogTemplate() {
-    std::vector<WORD> t;
-    auto align = [&]() { if (t.size() % 2) t.push_back(0); };   // to a DWORD boundary
-    auto dword = [&](DWORD v) { t.push_back(LOWORD(v)); t.push_back(HIWORD(v)); };
-    auto text = [&](const wchar_t* s) { for (; *s; ++s) t.push_back(*s); t.push_back(0); };
-    dword(WS_POPUP | WS_CAPTION | DS_SETFONT);
-    dword(0);
-    t.push_back(3);
-    for (short v : {0, 0, 300, 286}) t.push_back(static_cast<WORD>(v));
-    t.push_back(0);                 // no menu
-    t.push_back(0);                 // default class
-    text(L"Properties");
-    t.push_back(8);
-    text(L"MS Sans Serif");
-    struct Item { DWORD style; short x, y, w, h; WORD id; WORD cls; const wchar_t* caption; };
-    const Item items[] = {
-        {WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, 190, 266, 50, 14, IDOK, 0x0080, L"OK"},
-        {WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 244, 266, 50, 14, IDCANCEL, 0x0080, L"Cancel"},
-        {WS_CHILD | WS_VISIBLE | WS_TABSTOP, 5, 5, 289, 246, 1001, 0x0082, L"Custom1"},
-    };
-    for (const Item& item : items) {
-        align();
-        dword(item.style);
-        dword(0);
-        for (short v : {item.x, item.y, item.w, item.h}) t.push_back(static_cast<WORD>(v));
-        t.push_back(item.id);
-        t.push_back(0xFFFF);
-        t.push_back(item.cls);
-        text(item.caption);
-        t.push_back(0);
-    }
-    return t;
-}
+// The dialog template of dialog_test.rc.
+const int kDialogId = 101;
 
 }  // namespace
 
@@ -59,9 +26,7 @@ protected:
     void SetUp() override {
         GridFixture::SetUp();
         g_commands.clear();
-        std::vector<WORD> t = DialogTemplate();
-        m_dialog = CreateDialogIndirectParamA(GetModuleHandleA(nullptr), reinterpret_cast<LPCDLGTEMPLATEA>(t.data()),
-                                              nullptr, DialogProc, 0);
+        m_dialog = CreateDialogParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(kDialogId), nullptr, DialogProc, 0);
         ASSERT_NE(m_dialog, nullptr);
         m_dialogGrid = std::make_unique<RecordingGridCtrl>();
         ASSERT_TRUE(m_dialogGrid->CreateInPlaceOf(m_dialog, 1001));
