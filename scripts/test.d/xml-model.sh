@@ -4,5 +4,3 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 python3 tests/model/compare_pwext.py build/native/bin/pwext 600 "${PW_MODEL_SEED:-$RANDOM}"
-# The built-in definition read by the same model, against its documented content.
-python3 tests/model/check_definition.py build/native/bin/pwext
