@@ -1,9 +1,6 @@
 // CPreviewImage: which back end loads what, where files are looked for, and
 // drawing at natural size clipped to the rectangle.
-#include <winsock2.h>
 #include <windows.h>
-
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -125,69 +122,6 @@ TEST_F(PreviewImage, WebAddressThatCannotBeFetchedLoadsNothing) {
     CPreviewImage image;
     EXPECT_FALSE(image.Load("http://127.0.0.1:9/pics/picture.bmp", nullptr));
     EXPECT_FALSE(image.IsLoaded());
-}
-
-// Serves one HTTP request on 127.0.0.1 with the given body.
-class OneShotServer {
-public:
-    explicit OneShotServer(std::string body) : body_(std::move(body)) {
-        WSADATA data;
-        WSAStartup(MAKEWORD(2, 2), &data);
-        listener_ = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-        sockaddr_in address = {};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        int length = sizeof address;
-        if (bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-            getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length) == 0 && listen(listener_, 1) == 0)
-            port_ = ntohs(address.sin_port);
-        if (port_) thread_ = std::thread([this] { Serve(); });
-    }
-    ~OneShotServer() {
-        closesocket(listener_);
-        if (thread_.joinable()) thread_.join();
-        WSACleanup();
-    }
-    int Port() const { return port_; }
-
-private:
-    void Serve() {
-        SOCKET client = accept(listener_, nullptr, nullptr);
-        if (client == INVALID_SOCKET) return;
-        std::string request;
-        char buffer[1024];
-        int got;
-        while (request.find("\r\n\r\n") == std::string::npos && (got = recv(client, buffer, sizeof buffer, 0)) > 0)
-            request.append(buffer, static_cast<std::size_t>(got));
-        std::string reply = "HTTP/1.0 200 OK\r\nContent-Type: image/bmp\r\nContent-Length: " +
-                            std::to_string(body_.size()) + "\r\n\r\n" + body_;
-        send(client, reply.data(), static_cast<int>(reply.size()), 0);
-        shutdown(client, SD_SEND);
-        closesocket(client);
-    }
-
-    std::string body_;
-    SOCKET listener_ = INVALID_SOCKET;
-    int port_ = 0;
-    std::thread thread_;
-};
-
-TEST_F(PreviewImage, WebAddressIsDownloadedToTheTemporaryFolder) {
-    OneShotServer server(Bmp(picture));
-    ASSERT_NE(server.Port(), 0);
-    char temporary[MAX_PATH + 1] = {};
-    GetTempPathA(MAX_PATH, temporary);
-    std::string downloaded = DownloadFileName("served.bmp", temporary);
-    DeleteFileA(downloaded.c_str());
-
-    CPreviewImage image;
-    std::string address = "HTTP://127.0.0.1:" + std::to_string(server.Port()) + "/pics\\served.bmp";
-    EXPECT_TRUE(image.Load(address.c_str(), nullptr));
-    EXPECT_TRUE(image.IsLoaded());
-    ExpectDrawn(image, RECT{1, 1, 39, 29}, 12, 8);
-    // The downloaded copy stays where it was put.
-    EXPECT_NE(GetFileAttributesA(downloaded.c_str()), INVALID_FILE_ATTRIBUTES);
-    DeleteFileA(downloaded.c_str());
 }
 
 // Run by its own ctest entry with GDI+ switched off.
