@@ -31,12 +31,6 @@ using GetProfileStringFn = mfc42::CStringLayout*(PW_THISCALL*)(void* app, mfc42:
 using WriteProfileStringFn = BOOL(PW_THISCALL*)(void* app, const char* section, const char* entry, const char* value);
 using StringDestructorFn = void(PW_THISCALL*)(mfc42::CStringLayout* self);
 
-template <typename Fn>
-Fn Bind(HMODULE module, WORD ordinal) {
-    if (!module) return nullptr;
-    return reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, MAKEINTRESOURCEA(ordinal))));
-}
-
 struct Bindings {
     ModuleStateFn appModuleState = nullptr;
     ModuleStateFn moduleState = nullptr;
@@ -50,11 +44,11 @@ struct Bindings {
 Bindings Bound() {
     Bindings b;
     HMODULE module = GetModuleHandleA("MFC42.DLL");
-    b.appModuleState = Bind<ModuleStateFn>(module, kGetAppModuleState);
-    b.moduleState = Bind<ModuleStateFn>(module, kGetModuleState);
-    b.getProfileString = Bind<GetProfileStringFn>(module, kGetProfileString);
-    b.writeProfileString = Bind<WriteProfileStringFn>(module, kWriteProfileString);
-    b.stringDestructor = Bind<StringDestructorFn>(module, kStringDestructor);
+    b.appModuleState = mfc42::BindOrdinal<ModuleStateFn>(module, kGetAppModuleState);
+    b.moduleState = mfc42::BindOrdinal<ModuleStateFn>(module, kGetModuleState);
+    b.getProfileString = mfc42::BindOrdinal<GetProfileStringFn>(module, kGetProfileString);
+    b.writeProfileString = mfc42::BindOrdinal<WriteProfileStringFn>(module, kWriteProfileString);
+    b.stringDestructor = mfc42::BindOrdinal<StringDestructorFn>(module, kStringDestructor);
     return b;
 }
 

@@ -61,12 +61,6 @@ HMODULE FindRuntime(bool mayLoad) {
     return module;
 }
 
-template <typename Fn>
-Fn Bind(HMODULE module, WORD ordinal) {
-    if (!module) return nullptr;
-    return reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, MAKEINTRESOURCEA(ordinal))));
-}
-
 // Bound once on first use, after the host has loaded its run time.
 struct Bindings {
     StringDefaultFn stringDefault = nullptr;
@@ -79,13 +73,13 @@ struct Bindings {
 
     Bindings() {
         HMODULE module = FindRuntime(true);
-        stringDefault = Bind<StringDefaultFn>(module, kStringDefault);
-        stringFromBytes = Bind<StringFromBytesFn>(module, kStringFromBytes);
-        getBufferSetLength = Bind<GetBufferSetLengthFn>(module, kStringGetBufferSetLength);
-        releaseBuffer = Bind<ReleaseBufferFn>(module, kStringReleaseBuffer);
-        archiveRead = Bind<ArchiveReadFn>(module, kArchiveRead);
-        archiveWrite = Bind<ArchiveWriteFn>(module, kArchiveWrite);
-        throwArchiveException = Bind<ThrowArchiveExceptionFn>(module, kThrowArchiveException);
+        stringDefault = BindOrdinal<StringDefaultFn>(module, kStringDefault);
+        stringFromBytes = BindOrdinal<StringFromBytesFn>(module, kStringFromBytes);
+        getBufferSetLength = BindOrdinal<GetBufferSetLengthFn>(module, kStringGetBufferSetLength);
+        releaseBuffer = BindOrdinal<ReleaseBufferFn>(module, kStringReleaseBuffer);
+        archiveRead = BindOrdinal<ArchiveReadFn>(module, kArchiveRead);
+        archiveWrite = BindOrdinal<ArchiveWriteFn>(module, kArchiveWrite);
+        throwArchiveException = BindOrdinal<ThrowArchiveExceptionFn>(module, kThrowArchiveException);
     }
 };
 
@@ -159,9 +153,9 @@ void ThrowEndOfFile(void* archive) {
 bool InitExtensionModule(HINSTANCE instance) {
     // Only a run time that is already in the process: no loading from DllMain.
     HMODULE module = FindRuntime(false);
-    auto init = Bind<InitExtensionModuleFn>(module, kInitExtensionModule);
-    auto makeLibrary = Bind<DynLinkLibraryFn>(module, kDynLinkLibrary);
-    if (!init || !makeLibrary || !Bind<TermExtensionModuleFn>(module, kTermExtensionModule)) return true;
+    auto init = BindOrdinal<InitExtensionModuleFn>(module, kInitExtensionModule);
+    auto makeLibrary = BindOrdinal<DynLinkLibraryFn>(module, kDynLinkLibrary);
+    if (!init || !makeLibrary || !BindOrdinal<TermExtensionModuleFn>(module, kTermExtensionModule)) return true;
     if (!init(&g_module, instance)) return false;
     // The run time owns the library object from here and deletes it in
     // AfxTermExtensionModule.
@@ -172,7 +166,7 @@ bool InitExtensionModule(HINSTANCE instance) {
 }
 
 void TermExtensionModule() {
-    auto term = Bind<TermExtensionModuleFn>(FindRuntime(false), kTermExtensionModule);
+    auto term = BindOrdinal<TermExtensionModuleFn>(FindRuntime(false), kTermExtensionModule);
     if (term && g_module.bInitialized) term(&g_module, FALSE);
 }
 

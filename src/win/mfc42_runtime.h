@@ -13,6 +13,14 @@
 
 namespace mfc42 {
 
+// The function that module exports under ordinal, or null (also for a null
+// module).
+template <typename Fn>
+Fn BindOrdinal(HMODULE module, WORD ordinal) {
+    if (!module) return nullptr;
+    return reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, MAKEINTRESOURCEA(ordinal))));
+}
+
 // MFC's CString: one pointer to the characters, which follow a 12-byte
 // header (reference count, length, allocated length). Storage belongs to
 // MFC42.DLL's allocator; only its own members create, change or free it.
