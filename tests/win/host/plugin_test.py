@@ -19,6 +19,10 @@ import sys
 import tempfile
 import unittest
 
+# The project record's archive encoding, shared with the engine model.
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "model"))
+from engine_model import write_count, write_string  # noqa: E402
+
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "definitions"))
 import pictures  # noqa: E402  (the pictures of the picture_*.xml definitions)
 
@@ -95,17 +99,8 @@ def read_bmp(path):
 
 
 def record_bytes(record_id, pairs, version=100):
-    def string(s):
-        n = len(s)
-        if n < 255:
-            head = bytes([n])
-        elif n < 0xFFFE:
-            head = b"\xff" + struct.pack("<H", n)
-        else:
-            head = b"\xff\xff\xff" + struct.pack("<I", n)
-        return head + s
-    body = struct.pack("<Ii", version, record_id) + struct.pack("<H", len(pairs))
-    return body + b"".join(string(k) + string(v) for k, v in pairs)
+    body = struct.pack("<Ii", version, record_id) + write_count(len(pairs))
+    return body + b"".join(write_string(k) + write_string(v) for k, v in pairs)
 
 
 class Scratch(unittest.TestCase):

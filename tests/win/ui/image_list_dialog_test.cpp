@@ -144,13 +144,8 @@ TEST_F(ImageListDialogTest, RowsShowTheirLinkType) {
         EXPECT_TRUE(Visible(d, IDC_FAVORITES));
 
         SelectRow(d, 1);
-        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkInternalPage);
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
+        ExpectPageLinkControls(d);
         EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "about");
-        EXPECT_TRUE(Visible(d, IDC_PAGE_DISPLAY));
-        EXPECT_TRUE(Visible(d, IDC_SELECT_PAGE));
-        EXPECT_FALSE(Visible(d, IDC_LINK));
-        EXPECT_FALSE(Visible(d, IDC_FAVORITES));
         EXPECT_TRUE(Enabled(d, IDC_TARGET));
 
         SelectRow(d, 2);

@@ -38,13 +38,8 @@ TEST_F(LinkDialogTest, APageOfTheSiteOpensAsInternalWebPageWithItsName) {
     CXmlDocument* site = Site(kSite);
     std::string link = "./news.html";
     Then([](HWND d) {
-        EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkInternalPage);
+        ExpectPageLinkControls(d);
         EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "NEWS");
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
-        EXPECT_TRUE(Visible(d, IDC_PAGE_DISPLAY));
-        EXPECT_TRUE(Visible(d, IDC_SELECT_PAGE));
-        EXPECT_FALSE(Visible(d, IDC_LINK));
-        EXPECT_FALSE(Visible(d, IDC_FAVORITES));
         Click(d, IDOK);
     });
     ASSERT_TRUE(Run(link, site));

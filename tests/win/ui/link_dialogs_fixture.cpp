@@ -4,6 +4,7 @@
 
 #include "ui/dialog_shown_hook.h"
 #include "ui/link_dialog_resources.h"
+#include "ui/link_type.h"
 #include "ui/open_file_dialog.h"
 
 namespace {
@@ -219,4 +220,13 @@ MessageBoxCatcher::MessageBoxCatcher() {
 MessageBoxCatcher::~MessageBoxCatcher() {
     if (hook_) UnhookWindowsHookEx(hook_);
     g_catcher = nullptr;
+}
+
+void ExpectPageLinkControls(HWND d) {
+    EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkInternalPage);
+    EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
+    EXPECT_TRUE(Visible(d, IDC_PAGE_DISPLAY));
+    EXPECT_TRUE(Visible(d, IDC_SELECT_PAGE));
+    EXPECT_FALSE(Visible(d, IDC_LINK));
+    EXPECT_FALSE(Visible(d, IDC_FAVORITES));
 }

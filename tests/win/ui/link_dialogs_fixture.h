@@ -68,6 +68,10 @@ std::string ComboEntry(HWND dialog, int id, int index);
 bool Visible(HWND dialog, int id);
 bool Enabled(HWND dialog, int id);
 std::string Caption(HWND dialog);
+// The controls as an internal page link shows them: type Internal Web Page,
+// label "&Page:", the page display and Select in view, the link box and
+// Favorites hidden.
+void ExpectPageLinkControls(HWND dialog);
 
 // --- list and tree controls -----------------------------------------------------
 void SelectRow(HWND dialog, int row);   // selects and focuses only this row
