@@ -20,14 +20,14 @@ namespace {
 class DiscardingFileSystem : public CFileSystem {
 public:
     PathStyle GetPathStyle() const override { return PathStyle::Posix; }
-    bool CreateFolder(const std::string&) override { return true; }
-    bool CopyFileOverwriting(const std::string& from, const std::string& to) override {
+    FileResult CreateFolder(const std::string&) override { return {}; }
+    FileResult CopyFileOverwriting(const std::string& from, const std::string& to) override {
         bytes += from.size() + to.size();
-        return true;
+        return {};
     }
-    bool WriteWholeFile(const std::string&, std::string_view content) override {
+    FileResult WriteWholeFile(const std::string&, std::string_view content) override {
         bytes += content.size();
-        return true;
+        return {};
     }
     std::size_t bytes = 0;
 };

@@ -4,7 +4,8 @@
 #include "extension/extension_engine.h"
 #include "html/color_type.h"
 #include "html/gallery_list.h"
-#include "html/image_list.h"
+#include "html/published_names.h"
+#include "platform/file_system.h"
 #include "html/property_walk.h"
 #include "html/text_replace.h"
 #include "platform/xslt_transformer.h"
@@ -41,7 +42,7 @@ bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::st
             replacement = ApplyColorType(replacement, property.GetAttribute("colortype"));
             break;
         case 3:
-            if (reduceFiles) replacement = std::string(FileNameAfterLast(replacement, Separator()));
+            if (reduceFiles) replacement = std::string(PublishedFileName(replacement));
             break;
         case 6: {
             // A value or style sheet that mentions the variable being
@@ -113,7 +114,11 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     if (!services_.transformer) return std::string();
 
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
-    std::string list = keepPaths ? std::string(value) : RewriteImageListForPage(value, pageContext_, Separator());
+    std::string list = keepPaths ? std::string(value)
+                                 : RewriteImageListForPage(value, pageContext_, [this](std::string_view name) {
+                                       return services_.fileSystem ? services_.fileSystem->NameToUtf8(name)
+                                                                   : std::string(name);
+                                   });
     ReplaceVariables(stylesheet);
     return StripXmlDeclaration(services_.transformer->Transform(list, stylesheet));
 }

@@ -1,10 +1,15 @@
 // Publishing: payload files from the definition, the files of file
 // properties and the pictures of image lists.
+//
+// Every name that comes from a definition or an image list is kept inside
+// the folder it is published into: a picture is published under the text
+// after the last '\' or '/' of its path, and FILE and FOLDER names that are
+// absolute or climb out with ".." are left out (published_names.h).
 #include <utility>
 #include <vector>
 
 #include "extension/extension_engine.h"
-#include "html/image_list.h"
+#include "html/published_names.h"
 #include "html/property_walk.h"
 #include "platform/file_system.h"
 #include "xml/ascii.h"
@@ -17,63 +22,93 @@ std::string_view WithoutTrailing(std::string_view text, char c) {
     return text;
 }
 
+void AddCopy(PublishPlan& plan, std::string source, std::string target) {
+    PublishStep step;
+    step.action = PublishStep::Action::Copy;
+    step.source = std::move(source);
+    step.target = std::move(target);
+    plan.steps.push_back(std::move(step));
+}
+
 }  // namespace
 
 int CExtensionEngine::CopyFiles(std::string_view outputFolder, std::string_view imageFolder) {
+    RunPlan(PlanCopyFiles(outputFolder, imageFolder));
+    return 1;
+}
+
+PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::string_view imageFolder) {
     const char separator = Separator();
+    const bool windows = separator == '\\';
 
     // An image folder directly inside the output folder names the page
-    // context, lower case.
-    std::string output = ascii::Lower(outputFolder);
+    // context: lower case on Windows, whose file names ignore case, as it
+    // is on POSIX systems, whose names do not.
+    std::string output(outputFolder), images(imageFolder);
+    if (windows) {
+        output = ascii::Lower(output);
+        images = ascii::Lower(images);
+    }
     output.resize(WithoutTrailing(output, separator).size());
-    std::string images = ascii::Lower(imageFolder);
     images.resize(WithoutTrailing(images, separator).size());
     std::size_t last = images.rfind(separator);
     if (last != std::string::npos && images.compare(0, last, output) == 0) pageContext_ = images.substr(last + 1);
 
-    if (!services_.fileSystem) return 1;
-    CFileSystem& files = *services_.fileSystem;
-
+    PublishPlan plan;
     const CXmlElement& root = *definition_.GetRoot();
     if (const CXmlElement* payload = FirstChildNamed(root, "FILES")) {
         std::string folder(WithoutTrailing(outputFolder, separator));
         folder += separator;
-        ProcessFiles(*payload, folder);
+        PlanPayload(*payload, folder, plan);
     }
 
+    std::string pictureFolder(WithoutTrailing(imageFolder, '/'));
+    pictureFolder += '/';
     ForEachProperty(root, [&](const CXmlElement& property) {
-        int type = ReadPropertyRule(property).type;
-        if (type == 3) {
+        PropertyRule rule = ReadPropertyRule(property);
+        if (rule.type == 3) {
             // The host passes the output folder with its separator; none
             // is added here.
             std::string value = CurrentValueOf(property);
-            std::string destination(outputFolder);
-            destination += FileNameAfterLast(value, separator);
-            files.CopyFileOverwriting(value, destination);
-        } else if (type == 6) {
+            std::string_view name = PublishedFileName(value);
+            if (name.empty()) {
+                if (!value.empty()) plan.leftOut.push_back("the file '" + value + "' of " + rule.variable + " names no file");
+                return;
+            }
+            AddCopy(plan, value, std::string(outputFolder) + std::string(name));
+        } else if (rule.type == 6) {
             CXmlDocument list;
             list.Parse(CurrentValueOf(property));
             CXmlElement* listRoot = list.GetRoot();
-            std::string folder(WithoutTrailing(imageFolder, '/'));
-            folder += '/';
             for (std::size_t i = 0; i < listRoot->GetChildCount(); ++i) {
                 CXmlElement* image = listRoot->GetChild(i);
                 if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
                 std::string source = list.GetChildValue(image, "FILENAME");
                 if (source.empty()) continue;
-                files.CopyFileOverwriting(source, folder + std::string(FileNameAfterLast(source, separator)));
+                std::string_view name = PublishedFileName(source);
+                if (name.empty()) {
+                    plan.leftOut.push_back("the picture '" + source + "' of " + rule.variable + " names no file");
+                    continue;
+                }
+                AddCopy(plan, source, pictureFolder + std::string(name));
             }
         }
     });
-    return 1;
+    return plan;
 }
 
 void CExtensionEngine::ProcessFiles(const CXmlElement& parent, std::string_view folder) {
-    if (!services_.fileSystem) return;
+    PublishPlan plan;
+    PlanPayload(parent, folder, plan);
+    RunPlan(plan);
+}
+
+void CExtensionEngine::PlanPayload(const CXmlElement& parent, std::string_view folder, PublishPlan& plan) {
     const char separator = Separator();
 
     // Depth first in document order, with an explicit stack so that a
-    // definition nested arbitrarily deep cannot exhaust the call stack.
+    // definition nested arbitrarily deep cannot exhaust the call stack. A
+    // FOLDER that leaves its folder is left out with everything in it.
     struct Level {
         const CXmlElement* element;
         std::string folder;
@@ -90,15 +125,49 @@ void CExtensionEngine::ProcessFiles(const CXmlElement& parent, std::string_view 
         const CXmlElement& child = *level.element->GetChild(level.next++);
         std::string path = level.folder;
         if (ascii::EqualsNoCase(child.GetName(), "FOLDER")) {
-            path += child.GetAttribute("name");
+            const std::string& name = child.GetAttribute("name");
+            if (!StaysInsideFolder(name)) {
+                plan.leftOut.push_back("the definition's FOLDER '" + name + "' leaves the output folder");
+                continue;
+            }
+            path += name;
             path += separator;
-            CreateDirectoryPath(path);
+            PublishStep step;
+            step.action = PublishStep::Action::MakeFolders;
+            step.target = path;
+            plan.steps.push_back(std::move(step));
         } else if (ascii::EqualsNoCase(child.GetName(), "FILE")) {
-            std::string content = Base64DecodeOrKeep(child.GetValue());
-            if (child.GetAttribute("process_file") == "1") ReplaceVariables(content);
-            services_.fileSystem->WriteWholeFile(path + child.GetAttribute("filename"), content);
+            const std::string& name = child.GetAttribute("filename");
+            if (!StaysInsideFolder(name)) {
+                plan.leftOut.push_back("the definition's FILE '" + name + "' leaves the output folder");
+                continue;
+            }
+            PublishStep step;
+            step.action = PublishStep::Action::Write;
+            step.target = path + name;
+            step.content = Base64DecodeOrKeep(child.GetValue());
+            if (child.GetAttribute("process_file") == "1") ReplaceVariables(step.content);
+            plan.steps.push_back(std::move(step));
         }
         stack.push_back({&child, std::move(path), 0});
+    }
+}
+
+void CExtensionEngine::RunPlan(const PublishPlan& plan) {
+    if (!services_.fileSystem) return;
+    CFileSystem& files = *services_.fileSystem;
+    for (const PublishStep& step : plan.steps) {
+        switch (step.action) {
+            case PublishStep::Action::MakeFolders:
+                CreateDirectoryPath(step.target);
+                break;
+            case PublishStep::Action::Write:
+                files.WriteWholeFile(step.target, step.content);
+                break;
+            case PublishStep::Action::Copy:
+                files.CopyFileOverwriting(step.source, step.target);
+                break;
+        }
     }
 }
 
@@ -107,5 +176,5 @@ bool CExtensionEngine::CreateDirectoryPath(std::string_view path) {
     const char separator = Separator();
     for (std::size_t k = path.find(separator, 1); k != std::string_view::npos; k = path.find(separator, k + 1))
         services_.fileSystem->CreateFolder(std::string(path.substr(0, k)));
-    return services_.fileSystem->CreateFolder(std::string(path));
+    return services_.fileSystem->CreateFolder(std::string(path)).ok();
 }

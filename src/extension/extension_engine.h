@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "extension/project_record.h"
+#include "extension/publish_plan.h"
 #include "xml/hashed_string_map.h"
 #include "xml/xml_document.h"
 
@@ -98,9 +99,14 @@ public:
     std::string GetGalleryCode(const CXmlElement& property, std::string_view value, int keepPaths);
 
     // --- publishing --------------------------------------------------------------
-    // Writes the payload files and copies the user's files and images.
-    // Always returns 1.
+    // Writes the payload files and copies the user's files and images,
+    // skipping whatever fails. Always returns 1.
     int CopyFiles(std::string_view outputFolder, std::string_view imageFolder);
+    // What CopyFiles would do, without doing it; sets the page context as
+    // CopyFiles does.
+    PublishPlan PlanCopyFiles(std::string_view outputFolder, std::string_view imageFolder);
+    // Carries out a plan's steps in order; failed steps are skipped.
+    void RunPlan(const PublishPlan& plan);
     // Writes the FOLDER and FILE children of parent into folder, which ends
     // with a separator.
     void ProcessFiles(const CXmlElement& parent, std::string_view folder);
@@ -127,6 +133,7 @@ public:
 
 private:
     char Separator() const;
+    void PlanPayload(const CXmlElement& parent, std::string_view folder, PublishPlan& plan);
     const CXmlDocument& SourceCopy();
     // The value of one property as substituted: colour type applied, file
     // paths reduced when reduceFiles, gallery markup for image lists (empty

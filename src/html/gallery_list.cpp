@@ -1,25 +1,25 @@
 #include "html/gallery_list.h"
 
-#include "html/image_list.h"
+#include "html/published_names.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
-std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext, char separator) {
+std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext,
+                                    const NameToUtf8Fn& toUtf8) {
     CXmlDocument list;
     list.Parse(imageList);
     CXmlElement* root = list.GetRoot();
     root->SetName("GALLERY");
 
-    std::string_view folder = pageContext;
-    while (!folder.empty() && folder.back() == '/') folder.remove_suffix(1);
+    std::string_view context = pageContext;
+    while (!context.empty() && context.back() == '/') context.remove_suffix(1);
+    const std::string folder = UrlPathOf(toUtf8(context)) + '/';
 
     for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
         CXmlElement* image = root->GetChild(i);
         if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
         std::string fileName = list.GetChildValue(image, "FILENAME");
-        std::string published(folder);
-        published += '/';
-        published += FileNameAfterLast(fileName, separator);
+        std::string published = folder + UrlPathOf(toUtf8(PublishedFileName(fileName)));
         list.SetChildValue(image, "FILENAME", published, std::nullopt);
     }
     return list.GetXml();

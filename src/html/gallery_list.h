@@ -1,14 +1,20 @@
 #pragma once
 // Preparing an image list for the gallery style sheet and cleaning up what
 // the style sheet produced.
+#include <functional>
 #include <string>
 #include <string_view>
 
+// Converts a file name from the system's spelling to UTF-8.
+using NameToUtf8Fn = std::function<std::string(std::string_view)>;
+
 // The image list as the published page sees it: the root renamed GALLERY and
-// every IMAGE's FILENAME replaced by the page context (trailing '/' removed),
-// a '/' and the file's name (the text after the last separator of the stored
-// FILENAME). A missing FILENAME child is added. Written with its declaration.
-std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext, char separator);
+// every IMAGE's FILENAME replaced by the URL of the published picture: the
+// page context (trailing '/' removed), a '/' and the picture's published name
+// (see published_names.h), both in UTF-8 and percent-encoded. A missing
+// FILENAME child is added. Written with its declaration.
+std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext,
+                                    const NameToUtf8Fn& toUtf8);
 
 // Drops everything up to and including the "?>" that follows the first
 // "<?xml"; text without both is returned whole.

@@ -19,11 +19,3 @@ std::string WriteImageList(const std::vector<ImageListEntry>& images) {
     }
     return list.GetXml();
 }
-
-std::string_view FileNameAfterLast(std::string_view path, char separator) {
-    // A backslash always separates, so values written on Windows (the form
-    // the host stores) reduce the same everywhere; the path style may add
-    // its own separator.
-    std::size_t last = path.find_last_of(separator == '\\' ? std::string_view("\\") : std::string_view("\\/"));
-    return last == std::string_view::npos ? path : path.substr(last + 1);
-}

@@ -17,8 +17,3 @@ struct ImageListEntry {
 };
 
 std::string WriteImageList(const std::vector<ImageListEntry>& images);
-
-// The file name part of a path: the text after its last backslash (or, with
-// the POSIX path style's '/', after the last of either), all of it when there
-// is none.
-std::string_view FileNameAfterLast(std::string_view path, char separator);

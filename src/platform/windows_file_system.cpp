@@ -1,58 +1,41 @@
 // The file system of Windows, through the ANSI functions in the system code
-// page. Files are written into a temporary file beside the target and moved
-// over it, so a failure never leaves half a file under the target's name.
+// page; files are written and copied safely (safe_file.h).
 #include <windows.h>
 
 #include <string>
 
 #include "platform/file_system.h"
+#include "platform/safe_file.h"
 
 namespace {
-
-const char kTemporarySuffix[] = ".pw-tmp";
-
-bool MoveOver(const std::string& temporary, const std::string& path) {
-    if (MoveFileExA(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;
-    DeleteFileA(temporary.c_str());
-    return false;
-}
 
 class CWindowsFileSystem : public CFileSystem {
 public:
     PathStyle GetPathStyle() const override { return PathStyle::Windows; }
 
-    bool CreateFolder(const std::string& path) override { return CreateDirectoryA(path.c_str(), nullptr) != 0; }
-
-    bool CopyFileOverwriting(const std::string& from, const std::string& to) override {
-        std::string temporary = to + kTemporarySuffix;
-        if (!CopyFileA(from.c_str(), temporary.c_str(), FALSE)) {
-            DeleteFileA(temporary.c_str());
-            return false;
-        }
-        return MoveOver(temporary, to);
+    FileResult CreateFolder(const std::string& path) override {
+        if (CreateDirectoryA(path.c_str(), nullptr)) return {};
+        return FileResult::Failed("cannot create the folder '" + path + "'");
+    }
+    FileResult CopyFileOverwriting(const std::string& from, const std::string& to) override {
+        return CopyFileSafely(from, to);
+    }
+    FileResult WriteWholeFile(const std::string& path, std::string_view bytes) override {
+        return WriteFileSafely(path, bytes);
     }
 
-    bool WriteWholeFile(const std::string& path, std::string_view bytes) override {
-        std::string temporary = path + kTemporarySuffix;
-        HANDLE file = CreateFileA(temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (file == INVALID_HANDLE_VALUE) return false;
-        bool ok = true;
-        const char* data = bytes.data();
-        std::size_t left = bytes.size();
-        while (ok && left > 0) {
-            DWORD chunk = left > 0x100000 ? 0x100000 : static_cast<DWORD>(left);
-            DWORD written = 0;
-            ok = WriteFile(file, data, chunk, &written, nullptr) && written == chunk;
-            data += chunk;
-            left -= chunk;
-        }
-        ok = CloseHandle(file) && ok;
-        if (!ok) {
-            DeleteFileA(temporary.c_str());
-            return false;
-        }
-        return MoveOver(temporary, path);
+    std::string NameToUtf8(std::string_view name) const override {
+        if (name.empty()) return {};
+        int size = static_cast<int>(name.size());
+        int wide = MultiByteToWideChar(CP_ACP, 0, name.data(), size, nullptr, 0);
+        if (wide <= 0) return std::string(name);
+        std::wstring text(static_cast<std::size_t>(wide), L'\0');
+        MultiByteToWideChar(CP_ACP, 0, name.data(), size, &text[0], wide);
+        int utf8 = WideCharToMultiByte(CP_UTF8, 0, text.data(), wide, nullptr, 0, nullptr, nullptr);
+        if (utf8 <= 0) return std::string(name);
+        std::string out(static_cast<std::size_t>(utf8), '\0');
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), wide, &out[0], utf8, nullptr, nullptr);
+        return out;
     }
 };
 

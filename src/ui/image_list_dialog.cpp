@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "html/image_list.h"
+#include "html/published_names.h"
 #include "ui/favorites_picker.h"
 #include "ui/host_settings.h"
 #include "ui/link_dialog_resources.h"
@@ -249,7 +250,7 @@ private:
         for (const std::string& path : SelectedPaths(names.data(), names.size())) {
             auto record = std::make_unique<ImageRecord>();
             record->fileName = path;
-            record->title = std::string(FileNameAfterLast(path, '\\'));
+            record->title = std::string(PublishedFileName(path));
             InsertRow(ListView_GetItemCount(list_), std::move(record));
         }
     }

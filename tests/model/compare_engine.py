@@ -230,9 +230,21 @@ class Checker:
             return
         fs = engine_model.ModelFileSystem(cwd)
         out = output if output.endswith(b"/") else output + b"/"
+        # pwext refers to pictures through the image folder's path below the
+        # output folder, however the two are spelt.
+        reach = os.path.relpath(fs.real(images), fs.real(output))
+        if not reach.startswith(".."):
+            m.page_context = os.fsencode(reach)
+        refusal = m.copy_files(fs, out, images)
+        if refusal:
+            got = run(self.pwext, args + host, cwd)
+            self.expect("publish refused", tag + " " + refusal, (1, b""), (got.returncode, got.stdout))
+            return
+        if not reach.startswith(".."):
+            m.page_context = os.fsencode(reach)
         engine_model.create_directory_path(fs, out)
         engine_model.create_directory_path(fs, images)
-        m.copy_files(fs, out, images)
+        fs.run_plan()
         if page:
             target = out + b"index.html"
             fs.files[fs.real(target)] = host_page(m, m.page_context if context is None else context, geometry)
@@ -268,9 +280,10 @@ def check_builtin(checker, folder):
         got = run(checker.pwext, [b"html", part] + host, cwd)
         checker.expect("built-in html " + part.decode(), "", (0, want), (got.returncode, got.stdout))
     fs = engine_model.ModelFileSystem(cwd)
+    m.copy_files(fs, b"site/", b"site/images")
     engine_model.create_directory_path(fs, b"site/")
     engine_model.create_directory_path(fs, b"site/images")
-    m.copy_files(fs, b"site/", b"site/images")
+    fs.run_plan()
     got = run(checker.pwext, [b"publish", b"site", b"site/images", b"--images", b"a b.jpg", b"missing.jpg"] + host, cwd)
     checker.expect("built-in publish", "", (1, b"".join(fs.lines)), (got.returncode, got.stdout))
     for path, content in fs.files.items():
@@ -309,7 +322,7 @@ def host_page(m, context, geometry):
     for name, value in zip((b"$LEFT$", b"$TOP$", b"$WIDTH$", b"$HEIGHT$", b"$Z_INDEX$"), geometry + (b"1",)):
         body = body.replace(name, value)
     return (b"<!DOCTYPE html>\r\n<html>\r\n<head>\r\n"
-            b"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=windows-1252\">\r\n"
+            b"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\r\n"
             b"<title>" + m.toolbar_text + b"</title>\r\n" + m.header_html() + b"\r\n</head>\r\n<body>\r\n" +
             m.start_of_page_html() + b"\r\n" + body + b"\r\n</body>\r\n</html>\r\n")
 

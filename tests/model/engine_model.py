@@ -32,8 +32,23 @@ def atoi(text):
 
 
 def file_name_part(path):
+    """The name a file is published under; "." and ".." name none."""
     cut = max(path.rfind(b"\\"), path.rfind(b"/"))
-    return path[cut + 1:]
+    name = path[cut + 1:]
+    return b"" if name in (b".", b"..") else name
+
+
+def leaves_folder(name):
+    """A FILE or FOLDER name that is absolute or climbs out with "..". """
+    parts = name.replace(b"\\", b"/").split(b"/")
+    return name[:1] in (b"/", b"\\") or b":" in name or b".." in parts
+
+
+URL_PLAIN = frozenset(b"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~/")
+
+
+def url_path(path):
+    return b"".join(bytes([c]) if c in URL_PLAIN else b"%%%02X" % c for c in path)
 
 
 def find_child(elem, name):
@@ -176,7 +191,7 @@ class Engine:
                 if image.name.lower() != b"image":
                     continue
                 name = file_name_part(child_value(image, b"FILENAME"))
-                set_child_value(image, b"FILENAME", self.page_context.rstrip(b"/") + b"/" + name)
+                set_child_value(image, b"FILENAME", url_path(self.page_context.rstrip(b"/")) + b"/" + url_path(name))
             listing = doc.get_xml()
         template = self.replace_variables(template, depth)
         out = xslt_model.transform(listing, template)
@@ -256,17 +271,23 @@ class Engine:
 
     # --- publishing -----------------------------------------------------
     def copy_files(self, fs, output, images):
-        out_low, img_low = output.lower().rstrip(b"/"), images.lower().rstrip(b"/")
-        cut = img_low.rfind(b"/")
-        if cut >= 0 and img_low[:cut] == out_low:
-            self.page_context = img_low[cut + 1:]
+        """Plans publishing, then carries the plan out unless pwext refuses
+        it; returns the refusal or None."""
+        out_dir, img_dir = output.rstrip(b"/"), images.rstrip(b"/")
+        cut = img_dir.rfind(b"/")
+        if cut >= 0 and img_dir[:cut] == out_dir:
+            self.page_context = img_dir[cut + 1:]
+        plan, left_out = [], []
         files = find_child(self.doc.root, b"FILES")
         if files is not None:
-            self.process_files(fs, files, output.rstrip(b"/") + b"/")
+            self.plan_files(files, output.rstrip(b"/") + b"/", plan, left_out)
         for prop in properties_of(self.doc.root):
             _, kind, value = self.rule(prop)
             if kind == 3:
-                fs.copy(value, output + file_name_part(value))
+                if file_name_part(value):
+                    plan.append(("copy", output + file_name_part(value), value))
+                elif value:
+                    left_out.append(value)
             elif kind == 6:
                 doc = Document()
                 doc.parse(value)
@@ -275,21 +296,44 @@ class Engine:
                         path = child_value(image, b"FILENAME")
                         if not path:   # an entry without a file has nothing to copy
                             continue
-                        fs.copy(path, images.rstrip(b"/") + b"/" + file_name_part(path))
-        return 1
+                        if not file_name_part(path):
+                            left_out.append(path)
+                            continue
+                        plan.append(("copy", images.rstrip(b"/") + b"/" + file_name_part(path), path))
+        if left_out:
+            return "left out"
+        targets = {}
+        for step in plan:
+            if step[0] == "mkdir":
+                continue
+            earlier = targets.setdefault(fs.real(step[1]), step)
+            if earlier is not step and "copy" in (earlier[0], step[0]) and \
+                    not (earlier[0] == step[0] and fs.real(earlier[2]) == fs.real(step[2])):
+                return "collision"
+            targets[fs.real(step[1])] = step
+        fs.plan = plan
+        return None
 
-    def process_files(self, fs, parent, folder):
+    def plan_files(self, parent, folder, plan, left_out):
         for child in parent.children:
             path = folder
             if child.name.lower() == b"folder":
-                path = folder + (child.attrs.get(b"name") or b"") + b"/"
-                create_directory_path(fs, path)
+                name = child.attrs.get(b"name") or b""
+                if leaves_folder(name):
+                    left_out.append(name)
+                    continue
+                path = folder + name + b"/"
+                plan.append(("mkdir", path))
             elif child.name.lower() == b"file":
+                name = child.attrs.get(b"filename") or b""
+                if leaves_folder(name):
+                    left_out.append(name)
+                    continue
                 content = decode_or_keep(unescape(child.value))
                 if child.attrs.get(b"process_file") == b"1":
                     content = self.replace_variables(content)
-                fs.write(path + (child.attrs.get(b"filename") or b""), content)
-            self.process_files(fs, child, path)
+                plan.append(("write", path + name, content))
+            self.plan_files(child, path, plan, left_out)
 
     # --- project record -------------------------------------------------
     def store_record(self):
@@ -326,6 +370,16 @@ class ModelFileSystem:
         self.files = {}  # normalised path -> bytes
         self.lines = []
         self.failures = 0
+        self.plan = []
+
+    def run_plan(self):
+        for step in self.plan:
+            if step[0] == "mkdir":
+                create_directory_path(self, step[1])
+            elif step[0] == "write":
+                self.write(step[1], step[2])
+            else:
+                self.copy(step[2], step[1])
 
     def real(self, path):
         return os.path.normpath(os.path.join(self.cwd, os.fsdecode(path)))

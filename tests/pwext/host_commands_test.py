@@ -9,6 +9,7 @@ import base64
 import json
 import os
 import shutil
+import stat
 import subprocess
 import sys
 import tempfile
@@ -81,8 +82,8 @@ class PwextCase(unittest.TestCase):
             f.write(content)
         return path
 
-    def run_pwext(self, *args, ok=True):
-        result = subprocess.run([PWEXT, *args], capture_output=True)
+    def run_pwext(self, *args, ok=True, cwd=None):
+        result = subprocess.run([PWEXT, *args], capture_output=True, cwd=cwd, timeout=60)
         if ok and result.returncode != 0:
             self.fail("pwext %s failed: %s" % (args, result.stderr.decode("latin-1")))
         return result
@@ -101,7 +102,7 @@ class HtmlCommand(PwextCase):
         self.assertIn("$LEFT$px", design)
         published = self.text("html", "body", "--publish", "--context", "gallery/", "--definition",
                               self.definition, "--images", picture)
-        self.assertIn('<img src="gallery/a b.png" alt="a b.png"/>', published)
+        self.assertIn('<img src="gallery/a%20b.png" alt="a b.png"/>', published)
         self.assertNotIn("<?xml", published)
 
     def test_builtin_definition_is_the_default(self):
@@ -138,8 +139,10 @@ class PublishCommand(PwextCase):
                 self.assertEqual(f.read(), "picture %d" % i)
         with open(os.path.join(site, "index.html"), encoding="latin-1") as f:
             page = f.read()
-        # The page context comes from the image folder, lower case.
-        self.assertIn('<img src="images/0.png" alt="0.png"/>', page)
+        # The page context is the image folder as spelt on disk; the page
+        # declares the encoding of file names here.
+        self.assertIn('<img src="Images/0.png" alt="0.png"/>', page)
+        self.assertIn("charset=utf-8", page)
         self.assertIn('style="left:10px"', page)
         self.assertLess(page.index("<h>hello</h>"), page.index("</head>"))
         self.assertIn("wrote " + os.path.join(site, "index.html"), out)
@@ -159,10 +162,82 @@ class PublishCommand(PwextCase):
         result = self.run_pwext("publish", site, os.path.join(site, "img"), "--definition", self.definition,
                                 "--images", os.path.join(self.dir, "gone.png"), present, ok=False)
         self.assertEqual(result.returncode, 1)
-        self.assertIn(b"could not copy", result.stderr)
+        self.assertIn(b"cannot read '%s': No such file" % os.path.join(self.dir, "gone.png").encode(), result.stderr)
         self.assertTrue(os.path.exists(os.path.join(site, "img", "here.png")))
         self.assertFalse(os.path.exists(os.path.join(site, "img", "gone.png")))
         self.assertEqual([n for n in os.listdir(os.path.join(site, "img")) if n.startswith("gone")], [])
+
+    def publish_page(self, site, images, *pictures, cwd=None, ok=True):
+        result = self.run_pwext("publish", site, images, "--page", "p.html", "--definition", self.definition,
+                                "--images", *pictures, cwd=cwd, ok=ok)
+        if not ok:
+            return result
+        with open(os.path.join(cwd or "", site, "p.html"), "rb") as f:
+            return f.read()
+
+    def test_any_spelling_of_the_folders_gives_the_same_page(self):
+        picture = self.write("p.png", "p")
+        os.symlink(os.path.join(self.dir, "site"), os.path.join(self.dir, "link"))
+        absolute = os.path.join(self.dir, "site")
+        pages = {self.publish_page(site, images, picture, cwd=self.dir)
+                 for site, images in (("site", "site/images"), ("./site", "site/images"), ("site/", "./site/images/"),
+                                      (absolute, "site/images"), ("link", absolute + "/images"))}
+        self.assertEqual(len(pages), 1, pages)
+        self.assertIn(b'src="images/p.png"', pages.pop())
+        self.assertIn(b'src="./p.png"', self.publish_page("site", "site", picture, cwd=self.dir))
+        warned = self.publish_page("site", "elsewhere", picture, cwd=self.dir, ok=False)
+        self.assertEqual(warned.returncode, 0)
+        self.assertIn(b"warning: the image folder 'elsewhere' is not inside", warned.stderr)
+
+    def test_picture_names_become_urls_and_keep_their_names_on_disk(self):
+        names = ["caf\u00e9 #1?.png", "100% & more+.png", "n" * 251 + ".png"]
+        pictures = []
+        for name in names:
+            path = os.path.join(self.dir, "pics", name).encode()
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            with open(path, "wb") as f:
+                f.write(b"x")
+            pictures.append(path.decode("utf-8", "surrogateescape"))
+        page = self.publish_page("site", "site/images", *pictures, cwd=self.dir)
+        for src in (b"caf%C3%A9%20%231%3F.png", b"100%25%20%26%20more%2B.png", b"n" * 251 + b".png"):
+            self.assertIn(b'src="images/' + src + b'"', page)
+        self.assertEqual(sorted(os.listdir(os.path.join(self.dir, "site", "images"))), sorted(names))
+
+    def test_refuses_before_writing_anything(self):
+        a, other = self.write("pics/a.png", "mine"), self.write("other/a.png", "other")
+        traversing = self.write("up.xml", definition([("G", "$text$", "2", "x", "")], files=[("../up.css", "u", False)]))
+        for args, message in (
+                (["--images", a, other], b"two files would be published as '%s': '%s' and '%s'"
+                 % (b"site/images/a.png", a.encode(), other.encode())),
+                (["--definition", traversing], b"FILE '../up.css' leaves the output folder")):
+            result = self.run_pwext("publish", "site", "site/images", *args, cwd=self.dir, ok=False)
+            self.assertEqual(result.returncode, 1, args)
+            self.assertIn(message, result.stderr)
+            self.assertFalse(os.path.exists(os.path.join(self.dir, "site")), args)
+            self.assertFalse(os.path.exists(os.path.join(self.dir, "up.css")), args)
+        unpacked = os.path.join(self.dir, "unpacked")
+        self.run_pwext("unpack", traversing, unpacked)
+        for command in (["info", "--definition", traversing], ["pack", unpacked, "-o", "packed.xml"]):
+            result = self.run_pwext(*command, cwd=self.dir, ok=False)
+            self.assertEqual(result.returncode, 1, command)
+            self.assertIn(b"FILE '../up.css' leaves the output folder", result.stderr, command)
+        self.assertFalse(os.path.exists(os.path.join(self.dir, "packed.xml")))
+
+    def test_what_is_no_regular_file_is_refused_without_harm(self):
+        site = os.path.join(self.dir, "site")
+        os.makedirs(os.path.join(site, "images"))
+        fifo = os.path.join(self.dir, "fifo.png")
+        os.mkfifo(fifo)
+        try:
+            os.mknod(os.path.join(site, "null"), stat.S_IFCHR | 0o666, os.makedev(1, 3))
+        except PermissionError:
+            os.mkfifo(os.path.join(site, "null"))
+        result = self.run_pwext("publish", site, os.path.join(site, "images"), "--page", "null", "--images",
+                                fifo, "--definition", self.definition, ok=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"cannot read '%s': it is a FIFO" % fifo.encode(), result.stderr)
+        self.assertIn(b"cannot write '%s': it is a" % os.path.join(site, "null").encode(), result.stderr)
+        self.assertFalse(stat.S_ISREG(os.lstat(os.path.join(site, "null")).st_mode))
 
     def test_bad_geometry(self):
         result = self.run_pwext("publish", "a", "b", "--page", "x.html", "--geometry", "1,2,3", ok=False)

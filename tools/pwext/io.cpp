@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "command.h"
+#include "platform/safe_file.h"
 
 namespace pwext {
 
@@ -38,23 +39,7 @@ void WriteOutput(std::string_view bytes) {
 }
 
 void WriteFileAtomically(const std::string& path, std::string_view bytes) {
-    std::string temporary = path + ".pwext-tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out) throw Failure{"cannot write '" + path + "': " + std::strerror(errno)};
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            std::remove(temporary.c_str());
-            throw Failure{"cannot write '" + path + "'"};
-        }
-    }
-    if (std::rename(temporary.c_str(), path.c_str()) != 0) {
-        std::string why = std::strerror(errno);
-        std::remove(temporary.c_str());
-        throw Failure{"cannot write '" + path + "': " + why};
-    }
+    if (FileResult written = WriteFileSafely(path, bytes); !written) throw Failure{written.why()};
 }
 
 std::string JsonLatin1(std::string_view bytes) {

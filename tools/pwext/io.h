@@ -10,8 +10,8 @@ namespace pwext {
 std::string ReadInput(const std::string& path);
 // Writes bytes to standard output unchanged.
 void WriteOutput(std::string_view bytes);
-// Writes a file whole: into a temporary file beside it, then renamed over it,
-// so a failure never leaves half a file. Throws Failure.
+// Writes a file whole and safely (platform/safe_file.h). Throws Failure
+// saying why it failed.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
 
 // JSON string literal in which every byte becomes the code point of the same

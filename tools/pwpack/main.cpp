@@ -5,33 +5,13 @@
 //
 // Runs at build time on the build machine; a cross build uses the native
 // one, so every tree embeds the same bytes.
-#include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <string>
 
 #include "definition/packer.h"
+#include "platform/safe_file.h"
 
 namespace {
-
-// Writes into a temporary file beside the target and renames it over, so an
-// interrupted build never leaves half a file that looks up to date.
-bool WriteWhole(const std::string& path, const std::string& bytes) {
-    std::string temporary = path + ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        if (!out.flush()) {
-            std::remove(temporary.c_str());
-            return false;
-        }
-    }
-    if (std::rename(temporary.c_str(), path.c_str()) == 0) return true;
-    std::remove(path.c_str());  // where rename does not replace files
-    if (std::rename(temporary.c_str(), path.c_str()) == 0) return true;
-    std::remove(temporary.c_str());
-    return false;
-}
 
 std::string AsCppSource(const std::string& bytes) {
     std::string out =
@@ -69,12 +49,12 @@ int main(int argc, char** argv) {
         std::cerr << "pwpack: " << argv[1] << ": " << e.what() << "\n";
         return 1;
     }
-    if (!WriteWhole(argv[2], xml)) {
-        std::cerr << "pwpack: cannot write '" << argv[2] << "'\n";
-        return 1;
-    }
-    if (argc == 4 && !WriteWhole(argv[3], AsCppSource(xml))) {
-        std::cerr << "pwpack: cannot write '" << argv[3] << "'\n";
+    // Whole files or nothing: an interrupted build never leaves half a file
+    // that looks up to date.
+    FileResult written = WriteFileSafely(argv[2], xml);
+    if (written && argc == 4) written = WriteFileSafely(argv[3], AsCppSource(xml));
+    if (!written) {
+        std::cerr << "pwpack: " << written.why() << "\n";
         return 1;
     }
     return 0;

@@ -123,8 +123,30 @@ TEST(PublishingPosix, UsesSlashAsTheSeparatorForTheSameRules) {
     CExtensionEngine engine(Gallery(), services);
     engine.SetValue("$images$", WriteImageList({{"/home/u/pics/a.jpg"}}));
     engine.CopyFiles("/srv/Site/", "/srv/Site/Images/");
-    EXPECT_EQ(engine.GetPageContext(), "images");
+    EXPECT_EQ(engine.GetPageContext(), "Images");  // POSIX names keep their case
     EXPECT_EQ(fs.files["/srv/Site/Images/a.jpg"], "A");
     EXPECT_EQ(fs.files["/srv/Site/outer/inner/deep.txt"], "deep");
     EXPECT_TRUE(fs.folders.count("/srv/Site/outer"));
+}
+
+TEST_F(Publishing, NothingIsWrittenOutsideTheOutputAndImageFolders) {
+    fs.files["C:\\x\\y\\../../pic.jpg"] = "P";
+    fs.files["C:\\pics\\.."] = "D";
+    std::string text = Definition()
+                           .Categories({{"G", {{"$images$", "6", ""}}}})
+                           .Files({{"../up.css", "u"}, {"a\\..\\..\\evil.css", "e"}, {"ok.css", "k"}})
+                           .Text();
+    CExtensionEngine engine(text, Services());
+    engine.SetValue("$images$", WriteImageList({{"C:\\x\\y\\../../pic.jpg"}, {"C:\\pics\\.."}}));
+    engine.CopyFiles("C:\\Site\\", "C:\\Site\\Images");
+    std::map<std::string, std::string> expected = {{"C:\\x\\y\\../../pic.jpg", "P"},
+                                                   {"C:\\pics\\..", "D"},
+                                                   {"C:\\Site\\ok.css", "k"},
+                                                   {"C:\\Site\\Images/pic.jpg", "P"}};
+    EXPECT_EQ(fs.files, expected);
+    std::vector<std::string> leftOut = engine.PlanCopyFiles("C:\\Site\\", "C:\\Site\\Images").leftOut;
+    ASSERT_EQ(leftOut.size(), 3u);
+    EXPECT_NE(leftOut[0].find("FOLDER '..'"), std::string::npos) << leftOut[0];
+    EXPECT_NE(leftOut[1].find("FILE 'a\\..\\..\\evil.css'"), std::string::npos) << leftOut[1];
+    EXPECT_NE(leftOut[2].find("'C:\\pics\\..'"), std::string::npos) << leftOut[2];
 }

@@ -126,22 +126,22 @@ public:
     explicit MemoryFileSystem(PathStyle style = PathStyle::Windows) : style_(style) {}
 
     PathStyle GetPathStyle() const override { return style_; }
-    bool CreateFolder(const std::string& path) override {
+    FileResult CreateFolder(const std::string& path) override {
         log.push_back("mkdir " + path);
-        return folders.insert(path).second;
+        return folders.insert(path).second ? FileResult() : FileResult::Failed("exists");
     }
-    bool CopyFileOverwriting(const std::string& from, const std::string& to) override {
+    FileResult CopyFileOverwriting(const std::string& from, const std::string& to) override {
         log.push_back("copy " + from + " -> " + to);
         auto source = files.find(from);
-        if (source == files.end() || failing.count(to)) return false;
+        if (source == files.end() || failing.count(to)) return FileResult::Failed("cannot copy " + from);
         files[to] = source->second;
-        return true;
+        return {};
     }
-    bool WriteWholeFile(const std::string& path, std::string_view bytes) override {
+    FileResult WriteWholeFile(const std::string& path, std::string_view bytes) override {
         log.push_back("write " + path);
-        if (failing.count(path)) return false;
+        if (failing.count(path)) return FileResult::Failed("cannot write " + path);
         files[path] = std::string(bytes);
-        return true;
+        return {};
     }
 
     std::map<std::string, std::string> files;

@@ -4,6 +4,7 @@
 #include "html/color_type.h"
 #include "html/gallery_list.h"
 #include "html/image_list.h"
+#include "html/published_names.h"
 #include "html/site_structure.h"
 #include "html/text_replace.h"
 #include "xml/xml_document.h"
@@ -62,22 +63,54 @@ TEST(ImageList, WritesChildrenInOrderAndOnlyWhenSet) {
     EXPECT_EQ(WriteImageList({}), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<GALLERY>\r\n</GALLERY>\r\n");
 }
 
+std::string AsIs(std::string_view name) { return std::string(name); }
+
 TEST(GalleryList, PrefixesFileNamesWithThePageContext) {
     std::string list = WriteImageList({{"C:\\Pictures\\a.jpg", "A"}, {"plain.png"}});
     for (const char* context : {"pics", "pics/", "pics///"}) {
         CXmlDocument out;
-        out.Parse(RewriteImageListForPage(list, context, '\\'));
+        out.Parse(RewriteImageListForPage(list, context, AsIs));
         EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "FILENAME"), "pics/a.jpg") << context;
         EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(1), "FILENAME"), "pics/plain.png") << context;
         EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "TITLE"), "A");
     }
     CXmlDocument bare;
-    bare.Parse(RewriteImageListForPage(list, "", '\\'));
+    bare.Parse(RewriteImageListForPage(list, "", AsIs));
     EXPECT_EQ(bare.GetChildValue(bare.GetRoot()->GetChild(0), "FILENAME"), "/a.jpg");
 }
 
+TEST(GalleryList, PublishedNamesAreUrlsThatStayInTheImageFolder) {
+    // The name is what follows the last '\\' or '/'; "." and ".." are none.
+    // What a URL cannot carry as it is, is percent-encoded from UTF-8.
+    std::string list = WriteImageList({{"C:\\x\\y\\../../pic.jpg"}, {"/home/u/caf\xc3\xa9 #1?.jpg"},
+                                       {"d:\\100%+a&b=c.png"}, {"C:\\pics\\.."}, {"C:\\\xe9t\xe9.jpg"}});
+    auto latin1 = [](std::string_view name) {
+        std::string utf8;
+        for (unsigned char c : name) {
+            if (c < 0x80) utf8 += static_cast<char>(c);
+            else utf8 += {static_cast<char>(0xC0 | (c >> 6)), static_cast<char>(0x80 | (c & 0x3F))};
+        }
+        return utf8;
+    };
+    CXmlDocument out;
+    out.Parse(RewriteImageListForPage(list, "my pics", latin1));
+    auto name = [&out](std::size_t i) { return out.GetChildValue(out.GetRoot()->GetChild(i), "FILENAME"); };
+    EXPECT_EQ(name(0), "my%20pics/pic.jpg");
+    EXPECT_EQ(name(1), "my%20pics/caf%C3%83%C2%A9%20%231%3F.jpg");
+    EXPECT_EQ(name(2), "my%20pics/100%25%2Ba%26b%3Dc.png");
+    EXPECT_EQ(name(3), "my%20pics/");
+    EXPECT_EQ(name(4), "my%20pics/%C3%A9t%C3%A9.jpg");
+
+    EXPECT_EQ(PublishedFileName("a/b\\c.jpg"), "c.jpg");
+    EXPECT_EQ(PublishedFileName("."), "");
+    EXPECT_EQ(PublishedFileName("dir/"), "");
+    EXPECT_TRUE(StaysInsideFolder("css/x..y/a.css"));
+    for (const char* name : {"../x", "a/../../x", "a\\..\\..", "/etc/x", "\\x", "C:x", "c:\\x"})
+        EXPECT_FALSE(StaysInsideFolder(name)) << name;
+}
+
 TEST(GalleryList, RenamesTheRootAndAddsMissingFileNames) {
-    std::string text = RewriteImageListForPage("<LIST><IMAGE><TITLE>t</TITLE></IMAGE><OTHER/></LIST>", "p", '\\');
+    std::string text = RewriteImageListForPage("<LIST><IMAGE><TITLE>t</TITLE></IMAGE><OTHER/></LIST>", "p", AsIs);
     CXmlDocument out;
     out.Parse(text);
     EXPECT_NE(text.find("<GALLERY>"), std::string::npos);

@@ -9,6 +9,10 @@
 
 #include "platform/file_system.h"
 
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -55,17 +59,61 @@ TEST_F(NativeFileSystem, WritesAndCopiesWholeFilesOverExistingOnes) {
     EXPECT_EQ(Entries(), 2u);
 }
 
-TEST_F(NativeFileSystem, FailuresLeaveNothingBehind) {
-    EXPECT_FALSE(files->CopyFileOverwriting(At("missing"), At("copy")));
+TEST_F(NativeFileSystem, FailuresLeaveNothingBehindAndSayWhy) {
+    FileResult missing = files->CopyFileOverwriting(At("missing"), At("copy"));
+    EXPECT_FALSE(missing);
+    EXPECT_NE(missing.why().find(At("missing")), std::string::npos) << missing.why();
     EXPECT_FALSE(files->CopyFileOverwriting(dir.string(), At("copy")));  // a folder is not a file
-    EXPECT_FALSE(files->WriteWholeFile(At("no") + files->GetSeparator() + "f", "x"));
+    FileResult noFolder = files->WriteWholeFile(At("no") + files->GetSeparator() + "f", "x");
+    EXPECT_FALSE(noFolder);
+    EXPECT_NE(noFolder.why().find("'" + At("no")), std::string::npos) << noFolder.why();
     EXPECT_EQ(Entries(), 0u);
 
     ASSERT_TRUE(files->WriteWholeFile(At("kept"), "kept"));
     ASSERT_TRUE(files->CreateFolder(At("sub")));
     EXPECT_FALSE(files->CreateFolder(At("sub")));
-    EXPECT_FALSE(files->WriteWholeFile(At("sub"), "a file cannot replace a folder"));
+    FileResult folder = files->WriteWholeFile(At("sub"), "a file cannot replace a folder");
+    EXPECT_NE(folder.why().find("folder"), std::string::npos) << folder.why();
     EXPECT_FALSE(files->CopyFileOverwriting(At("kept"), At("sub")));
     EXPECT_EQ(Read(At("kept")), "kept");
     EXPECT_EQ(Entries(), 2u);
 }
+
+TEST_F(NativeFileSystem, NeverWritesThroughPlantedFilesAndCopiesNothingOntoItself) {
+    // Files planted under every fixed temporary name ever used stay as they are.
+    for (const char* suffix : {".pw-tmp", ".tmp", ".pwext-tmp"})
+        ASSERT_TRUE(files->WriteWholeFile(At("page.html") + suffix, "planted"));
+    ASSERT_TRUE(files->WriteWholeFile(At("page.html"), "new"));
+    ASSERT_TRUE(files->CopyFileOverwriting(At("page.html"), At("copy.html")));
+    for (const char* suffix : {".pw-tmp", ".tmp", ".pwext-tmp"}) EXPECT_EQ(Read(At("page.html") + suffix), "planted");
+    EXPECT_EQ(Entries(), 5u);
+
+    ASSERT_TRUE(files->CopyFileOverwriting(At("page.html"), At("page.html")));
+    EXPECT_EQ(Read(At("page.html")), "new");
+}
+
+#if !defined(_WIN32)
+TEST_F(NativeFileSystem, RefusesWhatIsNoRegularFileWithoutBlocking) {
+    ASSERT_EQ(::mkfifo(At("fifo").c_str(), 0600), 0);
+    FileResult source = files->CopyFileOverwriting(At("fifo"), At("copy"));
+    EXPECT_NE(source.why().find("FIFO"), std::string::npos) << source.why();
+    FileResult target = files->WriteWholeFile(At("fifo"), "x");
+    EXPECT_NE(target.why().find("FIFO"), std::string::npos) << target.why();
+    EXPECT_TRUE(fs::is_fifo(At("fifo")));
+    EXPECT_FALSE(files->WriteWholeFile("/dev/null", "x"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+
+    // A link at the target is replaced, never written through.
+    ASSERT_TRUE(files->WriteWholeFile(At("victim"), "victim"));
+    fs::create_symlink(At("victim"), At("link"));
+    ASSERT_TRUE(files->WriteWholeFile(At("link"), "new"));
+    EXPECT_EQ(Read(At("victim")), "victim");
+    EXPECT_FALSE(fs::is_symlink(At("link")));
+
+    // The longest names the file system takes are written like any other.
+    std::string longest(255, 'n');
+    EXPECT_TRUE(files->WriteWholeFile(At(longest), "x"));
+    EXPECT_TRUE(files->CopyFileOverwriting(At(longest), At(longest.substr(0, 250) + ".jpeg")));
+    EXPECT_EQ(Entries(), 5u);
+}
+#endif

@@ -3,6 +3,7 @@
 // built-in one.
 #include "command.h"
 #include "definition/packer.h"
+#include "host_options.h"
 #include "io.h"
 
 namespace pwext {
@@ -31,6 +32,7 @@ int RunPack(const Args& args) {
     } catch (const definition::DefinitionError& e) {
         throw Failure{"pack: " + folder + ": " + e.what()};
     }
+    RefuseEntriesLeavingTheirFolder(xml, "pack", folder);
     if (output.empty() || output == "-")
         WriteOutput(xml);
     else

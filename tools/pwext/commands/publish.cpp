@@ -1,7 +1,10 @@
 // pwext publish OUTPUT_FOLDER IMAGE_FOLDER: publish as a host does, and
 // optionally write the whole page around the object's HTML.
 #include <cstdio>
+#include <filesystem>
+#include <map>
 #include <memory>
+#include <optional>
 
 #include "command.h"
 #include "host_options.h"
@@ -22,32 +25,29 @@ public:
     explicit ReportingFileSystem(std::unique_ptr<CFileSystem> inner) : inner_(std::move(inner)) {}
 
     PathStyle GetPathStyle() const override { return inner_->GetPathStyle(); }
-    bool CreateFolder(const std::string& path) override {
-        bool ok = inner_->CreateFolder(path);
-        if (ok) WriteOutput("created " + path + "\n");
-        return ok;
+    FileResult CreateFolder(const std::string& path) override {
+        FileResult result = inner_->CreateFolder(path);
+        if (result) WriteOutput("created " + path + "\n");
+        return result;
     }
-    bool CopyFileOverwriting(const std::string& from, const std::string& to) override {
-        bool ok = inner_->CopyFileOverwriting(from, to);
-        Report(ok, "copied " + from + " -> " + to, "could not copy '" + from + "' to '" + to + "'");
-        return ok;
+    FileResult CopyFileOverwriting(const std::string& from, const std::string& to) override {
+        return Report(inner_->CopyFileOverwriting(from, to), "copied " + from + " -> " + to);
     }
-    bool WriteWholeFile(const std::string& path, std::string_view bytes) override {
-        bool ok = inner_->WriteWholeFile(path, bytes);
-        Report(ok, "wrote " + path, "could not write '" + path + "'");
-        return ok;
+    FileResult WriteWholeFile(const std::string& path, std::string_view bytes) override {
+        return Report(inner_->WriteWholeFile(path, bytes), "wrote " + path);
     }
     int Failures() const { return failures_; }
 
 private:
-    void Report(bool ok, const std::string& done, const std::string& failed) {
-        if (ok) {
+    FileResult Report(FileResult result, const std::string& done) {
+        if (result) {
             WriteOutput(done + "\n");
         } else {
             ++failures_;
             std::fflush(stdout);
-            std::fprintf(stderr, "pwext: %s\n", failed.c_str());
+            std::fprintf(stderr, "pwext: %s\n", result.why().c_str());
         }
+        return result;
     }
 
     std::unique_ptr<CFileSystem> inner_;
@@ -82,10 +82,61 @@ std::string Page(CExtensionEngine& engine, const std::string& context, const Geo
     ReplaceAll(body, "$HEIGHT$", std::to_string(g.height));
     ReplaceAll(body, "$Z_INDEX$", "1");
     return "<!DOCTYPE html>\r\n<html>\r\n<head>\r\n"
-           "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=windows-1252\">\r\n"
+           "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\r\n"
            "<title>" + engine.GetToolbarText() + "</title>\r\n" +
            engine.GetHeaderHtml() + "\r\n</head>\r\n<body>\r\n" + engine.GetStartofPageHTML() + "\r\n" + body +
            "\r\n</body>\r\n</html>\r\n";
+}
+
+namespace fs = std::filesystem;
+
+// Where a path leads, for comparing folders however they are spelt: "./site",
+// "site/", an absolute path and a symbolic link to the folder all lead to the
+// same place. The last part is kept as it is, so an image folder that is a
+// link inside the output folder is still inside it.
+fs::path PlaceOf(const std::string& path) {
+    std::error_code error;
+    fs::path absolute = fs::absolute(path, error).lexically_normal();
+    if (!absolute.has_filename()) absolute = absolute.parent_path();
+    fs::path parent = fs::weakly_canonical(absolute.parent_path(), error);
+    return error ? absolute : parent / absolute.filename();
+}
+
+// The image folder as the page reaches it: its path relative to the output
+// folder, spelt with '/', when it lies inside ("." for the output folder
+// itself, so pictures are "./name", not "/name"); nothing otherwise.
+std::optional<std::string> PageContextOf(const std::string& outputFolder, const std::string& imageFolder) {
+    std::error_code error;
+    fs::path output = fs::weakly_canonical(PlaceOf(outputFolder), error);
+    fs::path images = PlaceOf(imageFolder);
+    fs::path relative = images.lexically_relative(output);
+    if (relative.empty() || *relative.begin() == "..") return std::nullopt;
+    return relative.generic_string();
+}
+
+// Refuses a plan that leaves something out or would replace a file of the
+// user's with another one published under the same name, before anything
+// is written. (The same picture listed twice is published once more; two
+// payload files of one name are the definition's own business: the later
+// one wins, as in the plug-in.)
+void CheckPlan(const PublishPlan& plan) {
+    if (!plan.leftOut.empty()) throw Failure{"publish: " + plan.leftOut.front() + "; nothing was published"};
+    std::map<fs::path, const PublishStep*> targets;
+    auto origin = [](const PublishStep& s) {
+        return s.action == PublishStep::Action::Copy ? "'" + s.source + "'" : std::string("the definition");
+    };
+    for (const PublishStep& step : plan.steps) {
+        if (step.action == PublishStep::Action::MakeFolders) continue;
+        auto [at, added] = targets.emplace(PlaceOf(step.target), &step);
+        if (added) continue;
+        const PublishStep& earlier = *at->second;
+        bool copies = earlier.action == PublishStep::Action::Copy || step.action == PublishStep::Action::Copy;
+        bool samePicture = earlier.action == step.action && PlaceOf(earlier.source) == PlaceOf(step.source);
+        if (copies && !samePicture)
+            throw Failure{"publish: two files would be published as '" + step.target + "': " + origin(earlier) +
+                          " and " + origin(step) + "; nothing was published"};
+        at->second = &step;
+    }
 }
 
 int RunPublish(const Args& arguments) {
@@ -120,13 +171,29 @@ int RunPublish(const Args& arguments) {
     CExtensionEngine& engine = host.Engine();
     const char separator = files->GetSeparator();
 
+    // The page refers to the pictures through the image folder's path
+    // below the output folder, however the two are spelt.
+    std::optional<std::string> reach = PageContextOf(folders[0], folders[1]);
+    if (reach) {
+        engine.SetPageContext(*reach);
+    } else if (!haveContext) {
+        std::fprintf(stderr,
+                     "pwext: warning: the image folder '%s' is not inside the output folder '%s', so the page "
+                     "cannot refer to its pictures; give --context with the address they are served from\n",
+                     folders[1].c_str(), folders[0].c_str());
+    }
+
     // As a host does: make both folders, then let the object publish into
-    // the output folder given with its separator.
+    // the output folder given with its separator. Nothing is made when the
+    // plan is refused.
     std::string output = folders[0];
     if (output.back() != separator) output += separator;
+    PublishPlan plan = engine.PlanCopyFiles(output, folders[1]);
+    if (reach) engine.SetPageContext(*reach);
+    CheckPlan(plan);
     engine.CreateDirectoryPath(output);
     engine.CreateDirectoryPath(folders[1]);
-    engine.CopyFiles(output, folders[1]);
+    engine.RunPlan(plan);
 
     if (!page.empty()) {
         std::string path = page.front() == separator ? page : output + page;
