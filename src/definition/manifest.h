@@ -32,11 +32,14 @@
 #include <string_view>
 #include <vector>
 
+#include "xml/xml_document.h"
+
 namespace definition {
 
-// Definitions are a few levels deep; deeper nesting is refused so that the
-// recursive walks over the tree stay far from the stack's limit.
-inline constexpr int kMaxNesting = 256;
+// Definitions are a few levels deep; nesting deeper than the XML model takes
+// is refused, which also keeps the recursive walks over the tree far from
+// the stack's limit.
+inline constexpr int kMaxNesting = CXmlDocument::kMaxDepth;
 
 // A manifest or definition that cannot be used; what() is one line.
 struct DefinitionError : std::runtime_error {

@@ -201,6 +201,8 @@ UnpackedDefinition UnpackDefinition(std::string_view xml) {
                                                : "the root element is '" + rootName +
                                                      "', not EXTENSION; this is not an extension definition");
 
+    if (document.IsTruncated())
+        throw DefinitionError("elements nested more than " + std::to_string(kMaxNesting) + " levels deep");
     Unpacker unpacker(xml);
     ManifestElement root = unpacker.Element(*document.GetRoot(), rootName, 0, "");
 

@@ -5,6 +5,7 @@
 #include "html/color_type.h"
 #include "html/gallery_list.h"
 #include "html/published_names.h"
+#include "html/stylesheet_safety.h"
 #include "platform/file_system.h"
 #include "html/property_walk.h"
 #include "html/text_replace.h"
@@ -62,6 +63,10 @@ bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::st
     return true;
 }
 
+void CExtensionEngine::Replace(std::string& text, const std::string& variable, const std::string& replacement) {
+    if (!ReplaceAllWithin(text, variable, replacement, kMaxSubstitutedText)) oversized_ = true;
+}
+
 void CExtensionEngine::ReplaceVariables(std::string& text) {
     // Nothing can be replaced in an empty text; skipping it avoids parsing
     // the private copy for the empty values that are common.
@@ -69,7 +74,7 @@ void CExtensionEngine::ReplaceVariables(std::string& text) {
     const CXmlElement& root = *SourceCopy().GetRoot();
     std::string variable, replacement;
     ForEachProperty(root, [&](const CXmlElement& property) {
-        if (ReplacementFor(property, text, true, 0, variable, replacement)) ReplaceAll(text, variable, replacement);
+        if (ReplacementFor(property, text, true, 0, variable, replacement)) Replace(text, variable, replacement);
     });
 }
 
@@ -82,7 +87,7 @@ void CExtensionEngine::UpdateHtml(int publishing) {
     std::string variable, replacement;
     ForEachProperty(root, [&](const CXmlElement& property) {
         if (ReplacementFor(property, htmlCache_, publishing != 0, publishing ? 0 : 1, variable, replacement))
-            ReplaceAll(htmlCache_, variable, replacement);
+            Replace(htmlCache_, variable, replacement);
     });
 
     if (publishing == 0 && renderMethod_ == 2 && services_.onDesignHtml) services_.onDesignHtml(htmlCache_);
@@ -113,12 +118,21 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     // whenever a gallery is generated.
     if (!services_.transformer) return std::string();
 
+    // A list nested deeper than the XML model takes gets no gallery; the
+    // rest of the page stays.
+    CXmlDocument parsed;
+    parsed.Parse(value);
+    if (parsed.IsTruncated()) return std::string();
+
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
     std::string list = keepPaths ? std::string(value)
-                                 : RewriteImageListForPage(value, pageContext_, [this](std::string_view name) {
+                                 : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
                                        return services_.fileSystem ? services_.fileSystem->NameToUtf8(name)
                                                                    : std::string(name);
                                    });
     ReplaceVariables(stylesheet);
+    // Whatever the transformer's own settings, a gallery never reads the
+    // user's files or reaches the network.
+    if (StylesheetReachesOutside(stylesheet) || DeclaresDocumentType(value)) return std::string();
     return StripXmlDeclaration(services_.transformer->Transform(list, stylesheet));
 }

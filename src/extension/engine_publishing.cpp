@@ -79,6 +79,11 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
         } else if (rule.type == 6) {
             CXmlDocument list;
             list.Parse(CurrentValueOf(property));
+            if (list.IsTruncated()) {
+                plan.leftOut.push_back("the image list of " + rule.variable + " nests deeper than " +
+                                       std::to_string(CXmlDocument::kMaxDepth) + " levels");
+                return;
+            }
             CXmlElement* listRoot = list.GetRoot();
             for (std::size_t i = 0; i < listRoot->GetChildCount(); ++i) {
                 CXmlElement* image = listRoot->GetChild(i);

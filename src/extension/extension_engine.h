@@ -85,7 +85,12 @@ public:
     void SetPageContext(std::string_view context) { pageContext_.assign(context.data(), context.size()); }
 
     // Replaces every declared variable in text, properties in document order.
+    // A replacement that would make the text larger than
+    // kMaxSubstitutedText is skipped, the variable left in place.
     void ReplaceVariables(std::string& text);
+    static constexpr std::size_t kMaxSubstitutedText = 32u << 20;
+    // Whether a replacement was ever skipped for its size.
+    bool ExceededSizeLimit() const { return oversized_; }
     // Rewrites the HTML cache from HTML_BODY: publishing non-zero for the
     // published page, zero for the design view.
     void UpdateHtml(int publishing);
@@ -133,6 +138,7 @@ public:
 
 private:
     char Separator() const;
+    void Replace(std::string& text, const std::string& variable, const std::string& replacement);
     void PlanPayload(const CXmlElement& parent, std::string_view folder, PublishPlan& plan);
     const CXmlDocument& SourceCopy();
     // The value of one property as substituted: colour type applied, file
@@ -161,4 +167,5 @@ private:
     std::string pageContext_;
     // Variables of image-list properties whose gallery is being built.
     std::vector<std::string> expanding_;
+    bool oversized_ = false;
 };

@@ -4,10 +4,7 @@
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
-std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext,
-                                    const NameToUtf8Fn& toUtf8) {
-    CXmlDocument list;
-    list.Parse(imageList);
+std::string RewriteImageListForPage(CXmlDocument& list, std::string_view pageContext, const NameToUtf8Fn& toUtf8) {
     CXmlElement* root = list.GetRoot();
     root->SetName("GALLERY");
 

@@ -12,9 +12,10 @@ using NameToUtf8Fn = std::function<std::string(std::string_view)>;
 // every IMAGE's FILENAME replaced by the URL of the published picture: the
 // page context (trailing '/' removed), a '/' and the picture's published name
 // (see published_names.h), both in UTF-8 and percent-encoded. A missing
-// FILENAME child is added. Written with its declaration.
-std::string RewriteImageListForPage(std::string_view imageList, std::string_view pageContext,
-                                    const NameToUtf8Fn& toUtf8);
+// FILENAME child is added. Written with its declaration. list is the parsed
+// image list, changed in place.
+class CXmlDocument;
+std::string RewriteImageListForPage(CXmlDocument& list, std::string_view pageContext, const NameToUtf8Fn& toUtf8);
 
 // Drops everything up to and including the "?>" that follows the first
 // "<?xml"; text without both is returned whole.

@@ -1,7 +1,7 @@
 #include "win/msxml_transformer.h"
 
 #include <windows.h>
-#include <msxml.h>
+#include <msxml2.h>
 #include <ole2.h>
 
 namespace {
@@ -10,6 +10,8 @@ namespace {
 const CLSID kDomDocumentClass = {0x2933bf90, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
 // {2933BF81-7B36-11D2-B20E-00C04F983E60}: IXMLDOMDocument.
 const IID kDomDocumentInterface = {0x2933bf81, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+// {2933BF95-7B36-11D2-B20E-00C04F983E60}: IXMLDOMDocument2, with setProperty.
+const IID kDomDocument2Interface = {0x2933bf95, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
 
 const char kMissingComponentMessage[] = "A problem occurred while loading MSXML.DLL!";
 
@@ -64,6 +66,35 @@ bool CreateDocument(ComRef<IXMLDOMDocument>& document) {
            document.get();
 }
 
+// Turns off everything through which loading or transforming could read a
+// file or reach the network, as far as the component knows the settings
+// (older ones lack some and keep their defaults; the engine refuses such
+// style sheets and lists before they get here anyway).
+void ForbidOutsideAccess(IXMLDOMDocument* document) {
+    document->put_resolveExternals(VARIANT_FALSE);
+    document->put_validateOnParse(VARIANT_FALSE);
+    ComRef<IXMLDOMDocument2> settings;
+    if (FAILED(document->QueryInterface(kDomDocument2Interface, reinterpret_cast<void**>(settings.out()))) ||
+        !settings.get())
+        return;
+    const struct {
+        const wchar_t* name;
+        bool value;
+    } kSettings[] = {{L"ProhibitDTD", true},
+                     {L"AllowDocumentFunction", false},
+                     {L"AllowXsltScript", false},
+                     {L"ResolveExternals", false}};
+    for (const auto& setting : kSettings) {
+        BSTR name = SysAllocString(setting.name);
+        VARIANT value;
+        VariantInit(&value);
+        value.vt = VT_BOOL;
+        value.boolVal = setting.value ? VARIANT_TRUE : VARIANT_FALSE;
+        if (name) settings->setProperty(name, value);
+        SysFreeString(name);
+    }
+}
+
 bool LoadText(IXMLDOMDocument* document, std::string_view text) {
     WideText wide(text);
     VARIANT_BOOL loaded = VARIANT_FALSE;
@@ -84,6 +115,8 @@ std::string CMsxmlTransformer::Transform(std::string_view listXml, std::string_v
     source->put_async(VARIANT_TRUE);
     style->put_async(VARIANT_TRUE);
     style->put_preserveWhiteSpace(VARIANT_TRUE);
+    ForbidOutsideAccess(source.get());
+    ForbidOutsideAccess(style.get());
 
     bool sourceLoaded = LoadText(source.get(), listXml);
     bool styleLoaded = LoadText(style.get(), stylesheet);

@@ -69,6 +69,8 @@ int CXmlDocument::Parse(std::string_view text) {
     tag.reserve(tagReserved);
     content.reserve(contentReserved);
     bool inTag = false;
+    truncated_ = false;
+    int depth = 1;  // of current_
 
     const char* s = source_.data();
     const std::size_t n = source_.size();
@@ -101,7 +103,11 @@ int CXmlDocument::Parse(std::string_view text) {
                     root_.SetName(name);
                     root_.SetAttributeText(attributes);
                     root_.ParseAttributes(attributes);
+                } else if (depth == kMaxDepth) {
+                    truncated_ = true;
+                    break;
                 } else {
+                    ++depth;
                     auto element = std::make_unique<CXmlElement>();
                     element->SetParent(current_);
                     element->SetName(name);
@@ -111,7 +117,10 @@ int CXmlDocument::Parse(std::string_view text) {
                 }
             }
             if (r == 1 || r == 2) {
-                if (current_->GetParent()) current_ = current_->GetParent();
+                if (current_->GetParent()) {
+                    current_ = current_->GetParent();
+                    --depth;
+                }
             }
             // After an ignored tag the scanner stays "in a tag", so what
             // follows it is gathered into the next tag's text.

@@ -14,6 +14,13 @@
 
 class CXmlDocument {
 public:
+    // Elements nest at most this many levels, the root being the first.
+    // Parsing stops at a start tag that would nest deeper, so every walk,
+    // and the writer, whose indentation grows with the depth, stays cheap
+    // on any input: a megabyte of text never writes more than about 35 MB.
+    // Definitions, image lists and site structures are a few levels deep.
+    static constexpr int kMaxDepth = 64;
+
     CXmlDocument();
     virtual ~CXmlDocument() = default;
     CXmlDocument(const CXmlDocument&) = delete;
@@ -30,6 +37,9 @@ public:
 
     // Replaces the tree with the one scanned from text. Always returns 1.
     int Parse(std::string_view text);
+    // Whether the last Parse stopped early at an element nested deeper than
+    // kMaxDepth; the tree then holds what came before it.
+    bool IsTruncated() const { return truncated_; }
 
     // Classifies the text of one tag: -1 ignore, 0 start tag, 1 end tag,
     // 2 empty-element tag; inner receives the text between the brackets.
@@ -59,6 +69,7 @@ public:
 
 private:
     int writerDepth_ = -1;
+    bool truncated_ = false;
     std::string source_;
     CXmlElement root_;
     CXmlElement* current_;

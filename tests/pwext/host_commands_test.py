@@ -244,6 +244,21 @@ class PublishCommand(PwextCase):
         self.assertEqual(result.returncode, 2)
 
 
+class BoundedCost(PwextCase):
+    def test_inputs_that_would_cost_without_bound_fail_in_one_line(self):
+        deep = self.write("deep.xml", "<A>" * 60000)
+        chain = self.write("chain.xml", definition(
+            [("G", "$v%d$" % i, "2", "$v%d$$v%d$" % (i + 1, i + 1), "") for i in range(40)], body="$v0$"))
+        deep_list = "<GALLERY>" + "<IMAGE><FILENAME>a.png</FILENAME>" * 100
+        for args in (["xml", "print", deep], ["xml", "json", deep], ["html", "body", "--definition", chain],
+                     ["html", "body", "--definition", self.definition, "--set", "$images$=" + deep_list]):
+            result = self.run_pwext(*args, ok=False)
+            self.assertEqual(result.returncode, 1, args)
+            self.assertEqual(result.stdout, b"", args)
+            self.assertEqual(len(result.stderr.splitlines()), 1, args)
+            self.assertRegex(result.stderr, rb"nest deeper than 64 levels|expand to more than 32 MB", args)
+
+
 class LinksCommand(PwextCase):
     def test_builtin_has_no_links(self):
         self.assertEqual(json.loads(self.text("links", "--set-url", "0=x")), {"count": 0, "urls": [], "values": {}})

@@ -93,6 +93,8 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
     services.fileSystem = fileSystem_.get();
     services.transformer = transformer_.get();
     engine_ = std::make_unique<CExtensionEngine>(definition, services);
+    RequireWholeDocument(engine_->GetDefinition(), options.definitionFile.empty() ? "the built-in definition"
+                                                                                  : options.definitionFile);
 
     if (!options.recordFile.empty()) {
         std::string bytes = ReadInput(options.recordFile);
@@ -113,8 +115,26 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
         }
         engine_->SetValue(variable, WriteImageList(images));
     }
-    if (!options.siteFile.empty()) engine_->SetSiteStructure(ReadInput(options.siteFile));
+    if (!options.siteFile.empty()) {
+        engine_->SetSiteStructure(ReadInput(options.siteFile));
+        RequireWholeDocument(engine_->GetSiteStructureDocument(), options.siteFile);
+    }
+    // An image list too deep for the XML model would silently give no
+    // gallery in the plug-in; here it is an error.
+    ForEachProperty(*engine_->GetDefinition().GetRoot(), [this](const CXmlElement& property) {
+        if (ReadPropertyRule(property).type != 6) return;
+        CXmlDocument list;
+        list.Parse(engine_->CurrentValueOf(property));
+        RequireWholeDocument(list, "the image list of " + ReadPropertyRule(property).variable);
+    });
     engine_->UpdateHtml(0);
+}
+
+void Host::RequireWithinSizeLimit() const {
+    if (engine_->ExceededSizeLimit())
+        throw Failure{"the property values expand to more than " +
+                      std::to_string(CExtensionEngine::kMaxSubstitutedText >> 20) +
+                      " MB of text; variables were left in place"};
 }
 
 }  // namespace pwext

@@ -39,6 +39,9 @@ public:
     // fileSystem: the one publishing uses (null: the machine's own).
     explicit Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem = nullptr);
     CExtensionEngine& Engine() { return *engine_; }
+    // Throws Failure when substitution left variables in place because the
+    // text would have grown too large (the plug-in does so silently).
+    void RequireWithinSizeLimit() const;
     CFileSystem& FileSystem() { return *fileSystem_; }
 
 private:

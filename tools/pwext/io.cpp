@@ -42,6 +42,11 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
     if (FileResult written = WriteFileSafely(path, bytes); !written) throw Failure{written.why()};
 }
 
+void RequireWholeDocument(const CXmlDocument& document, const std::string& what) {
+    if (document.IsTruncated())
+        throw Failure{what + ": elements nest deeper than " + std::to_string(CXmlDocument::kMaxDepth) + " levels"};
+}
+
 std::string JsonLatin1(std::string_view bytes) {
     static const char kHex[] = "0123456789abcdef";
     std::string out = "\"";

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "xml/xml_document.h"
+
 namespace pwext {
 
 // The whole file, or standard input for "-" or an empty name. Throws Failure
@@ -13,6 +15,10 @@ void WriteOutput(std::string_view bytes);
 // Writes a file whole and safely (platform/safe_file.h). Throws Failure
 // saying why it failed.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
+
+// Throws Failure when document's parse stopped at the nesting limit, naming
+// what the document is.
+void RequireWholeDocument(const CXmlDocument& document, const std::string& what);
 
 // JSON string literal in which every byte becomes the code point of the same
 // number (Latin-1), so any byte survives.

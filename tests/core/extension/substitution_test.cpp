@@ -165,6 +165,33 @@ TEST_F(ImageListSubstitution, AValueMentioningItsOwnVariableDoesNotRecurseForeve
     EXPECT_NE(xslt.calls[0].first.find("<TITLE>see </TITLE>"), std::string::npos);
 }
 
+TEST_F(ImageListSubstitution, ListsThatCouldReachOutsideOrNestTooDeepGetNoGalleryOnly) {
+    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
+    std::string deep = "<GALLERY>";
+    for (int i = 0; i < CXmlDocument::kMaxDepth; ++i) deep += "<IMAGE>";
+    for (const std::string& list : {std::string("<!DOCTYPE GALLERY SYSTEM 'file:///etc/passwd'><GALLERY/>"), deep}) {
+        engine.SetValue("$images$", list);
+        xslt.calls.clear();
+        engine.UpdateHtml(0);
+        EXPECT_EQ(engine.GetHtmlCache(), "<div></div>");
+        EXPECT_EQ(engine.GetHtml("pics"), "<div></div>");
+        EXPECT_TRUE(xslt.calls.empty());
+    }
+}
+
+TEST(Substitution, ValuesThatDoubleTheTextStopAtTheSizeLimit) {
+    // Each value holds the next variable twice: 30 properties would make
+    // gigabytes of text.
+    std::vector<testdef::Property> chain;
+    for (int i = 0; i < 30; ++i)
+        chain.push_back({"$v" + std::to_string(i) + "$", "2", "$v" + std::to_string(i + 1) + "$$v" + std::to_string(i + 1) + "$"});
+    CExtensionEngine engine(Definition().Body("<p>$v0$</p>").Categories({{"G", chain}}).Text(), {});
+    EXPECT_TRUE(engine.ExceededSizeLimit());
+    EXPECT_LE(engine.GetHtmlCache().size(), CExtensionEngine::kMaxSubstitutedText);
+    EXPECT_EQ(engine.GetHtmlCache().rfind("<p>$v", 0), 0u);
+    EXPECT_FALSE(CExtensionEngine(Definition().Body("<p>$v0$</p>").Text(), {}).ExceededSizeLimit());
+}
+
 TEST(Substitution, ReadsTheDefinitionTextNotLaterTreeChanges) {
     CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "original"}}}}).Text(), {});
     CXmlElement* property = engine.GetDefinition().GetRoot()->FindChild("PROPERTIES")->FindChild("CATEGORY")

@@ -6,6 +6,7 @@
 #include "html/image_list.h"
 #include "html/published_names.h"
 #include "html/site_structure.h"
+#include "html/stylesheet_safety.h"
 #include "html/text_replace.h"
 #include "xml/xml_document.h"
 
@@ -17,6 +18,15 @@ TEST(ReplaceAll, ReplacesLeftToRightWithoutOverlapOrRescan) {
     std::string overlapping = "aaaa";
     ReplaceAll(overlapping, "aa", "b");
     EXPECT_EQ(overlapping, "bb");
+}
+
+TEST(ReplaceAll, WithinALimitLeavesTheTextAsItIsWhenItWouldGrowPast) {
+    std::string text = "$a$ $a$";
+    EXPECT_FALSE(ReplaceAllWithin(text, "$a$", std::string(10, 'x'), 20));
+    EXPECT_EQ(text, "$a$ $a$");
+    EXPECT_TRUE(ReplaceAllWithin(text, "$a$", std::string(9, 'x'), 20));
+    EXPECT_EQ(text.size(), 19u);
+    EXPECT_TRUE(ReplaceAllWithin(text, "x", "", 1));  // shrinking always fits
 }
 
 TEST(ReplaceAll, IsCaseSensitiveAndIgnoresEmptyVariables) {
@@ -64,6 +74,12 @@ TEST(ImageList, WritesChildrenInOrderAndOnlyWhenSet) {
 }
 
 std::string AsIs(std::string_view name) { return std::string(name); }
+
+std::string RewriteImageListForPage(std::string_view text, std::string_view context, const NameToUtf8Fn& toUtf8) {
+    CXmlDocument list;
+    list.Parse(text);
+    return RewriteImageListForPage(list, context, toUtf8);
+}
 
 TEST(GalleryList, PrefixesFileNamesWithThePageContext) {
     std::string list = WriteImageList({{"C:\\Pictures\\a.jpg", "A"}, {"plain.png"}});
@@ -133,4 +149,22 @@ TEST(SiteSearch, DescendsPreOrderIgnoringCase) {
     EXPECT_EQ(FindPageByNameBelow(*site.GetRoot(), "missing"), nullptr);
     // The start element itself is not a candidate.
     EXPECT_EQ(FindPageByNameBelow(*site.GetRoot()->GetChild(0), "Docs"), nullptr);
+}
+
+TEST(StylesheetSafety, RefusesWhatCouldReadFilesOrReachTheNetwork) {
+    const std::string head = "<xsl:stylesheet xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\" version=\"1.0\">";
+    for (const char* body : {"<xsl:template match='/'><img src='{FILENAME}' alt='a documented (sic) picture'/></xsl:template>",
+                             "<xsl:template match='/'><xsl:for-each select=\"GALLERY/IMAGE\"/></xsl:template>"})
+        EXPECT_FALSE(StylesheetReachesOutside(head + body + "</xsl:stylesheet>")) << body;
+    for (const char* body : {"<xsl:value-of select=\"document('file:///etc/passwd')\"/>",
+                             "<xsl:copy-of select=\"DOCUMENT\n ('http://127.0.0.1/')\"/>",
+                             "<xsl:value-of select=\"docu&#109;ent&#x28;'x')\"/>",
+                             "<xsl:import href='other.xsl'/>", "<x:include href='o.xsl'/>",
+                             "<import xmlns='http://www.w3.org/1999/XSL/Transform' href='o.xsl'/>",
+                             "<exsl:document href='out.html'/>",
+                             "<ms:script xmlns:ms='urn:schemas-microsoft-com:xslt'>x</ms:script>"})
+        EXPECT_TRUE(StylesheetReachesOutside(head + body + "</xsl:stylesheet>")) << body;
+    EXPECT_TRUE(StylesheetReachesOutside("<!DOCTYPE x [<!ENTITY e SYSTEM 'file:///etc/passwd'>]>" + head));
+    EXPECT_TRUE(DeclaresDocumentType("<?xml?><!doctype GALLERY SYSTEM 'http://x/'><GALLERY/>"));
+    EXPECT_FALSE(DeclaresDocumentType("<GALLERY><IMAGE><TITLE>&lt;!DOCTYPE</TITLE></IMAGE></GALLERY>"));
 }

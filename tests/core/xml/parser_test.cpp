@@ -158,24 +158,25 @@ std::string Nested(int depth) {
     return text;
 }
 
-TEST(Parser, MillionLevelsDeepDoNotOverflowTheStack) {
-    const int depth = 1000000;
-    auto doc = std::make_unique<CXmlDocument>();
-    doc->Parse(Nested(depth));
-    CXmlElement* e = doc->GetRoot();
-    int levels = 0;
-    while (e->GetChildCount() == 1) {
-        e = e->GetChild(0);
-        ++levels;
+TEST(Parser, StopsAtTheNestingLimitAndSaysSo) {
+    for (int depth : {CXmlDocument::kMaxDepth, CXmlDocument::kMaxDepth + 1, 1000000}) {
+        CXmlDocument doc;
+        doc.Parse("<r><kept/>" + Nested(depth - 1) + "<after/></r>");
+        EXPECT_EQ(doc.IsTruncated(), depth > CXmlDocument::kMaxDepth) << depth;
+        CXmlElement* e = doc.GetRoot();
+        ASSERT_EQ(e->GetChildCount(), depth > CXmlDocument::kMaxDepth ? 2u : 3u) << depth;
+        EXPECT_EQ(e->GetChild(0)->GetName(), "kept");
+        int levels = 1;
+        for (e = e->GetChild(1); e->GetChildCount() == 1; e = e->GetChild(0)) ++levels;
+        EXPECT_EQ(levels, std::min(depth, CXmlDocument::kMaxDepth) - 1) << depth;
     }
-    EXPECT_EQ(levels, depth - 1);
-    doc.reset();  // destruction is iterative too
+    CXmlDocument again;
+    again.Parse("<a/>");
+    EXPECT_FALSE(again.IsTruncated());
 }
 
-TEST(Writer, DeepTreesAreWrittenWithoutRecursion) {
-    // The output grows with the square of the depth (one tab per level on
-    // every line), so the writer is tried on a depth whose text stays small.
-    const int depth = 8000;
+TEST(Writer, DeepestTreesAreWrittenWithOneTabPerLevel) {
+    const int depth = CXmlDocument::kMaxDepth;
     CXmlDocument doc;
     doc.Parse(Nested(depth));
     std::string xml = doc.GetXml();

@@ -9,6 +9,7 @@ need a display (the win32 test stage runs under xvfb-run). --pwext names the
 native pwext for the cross-checks of records and HTML.
 """
 import argparse
+import http.server
 import json
 import os
 import re
@@ -17,6 +18,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 
 # The project record's archive encoding, shared with the engine model.
@@ -299,6 +301,59 @@ class Html(Scratch):
                       "html", "body")[1]
         self.assertIn(b'src="reflect.php?img=/a.jpg"', body)
 
+    def test_gallery_never_reads_files_or_the_network(self):
+        # The hostile definition's gallery style sheet reads document($secret$)
+        # and document($url$); the list of the second round declares an
+        # external entity.
+        secret = self.path("secret.xml")
+        with open(secret, "w") as f:
+            f.write("<s>top secret</s>")
+        requests = []
+
+        class Answer(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                requests.append(self.path)
+                self.send_response(200)
+                self.end_headers()
+                self.wfile.write(b"<s>fetched</s>")
+
+            def log_message(self, *args):
+                pass
+
+        server = http.server.HTTPServer(("127.0.0.1", 0), Answer)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        self.addCleanup(server.shutdown)
+        local = "file:///" + windows_path(secret).replace("\\", "/")
+        lists = (GALLERY.format(a="C:\\a.jpg", b="C:\\b.jpg"),
+                 '<!DOCTYPE GALLERY [<!ENTITY s SYSTEM "%s">]><GALLERY><IMAGE><FILENAME>&s;</FILENAME></IMAGE>'
+                 '</GALLERY>' % local)
+        for images in lists:
+            for dll in ("slidewave_test_hostile.dll", "slidewave.dll"):
+                for publish in ([], ["--publish", "pics"]):
+                    body = pwhost(dll, "--set", "$images$=" + images, "--set", "$secret$=" + local, "--set",
+                                  "$url$=http://127.0.0.1:%d/x.xml" % server.server_port, "html", "body", *publish)[1]
+                    self.assertNotIn(b"secret", body, (dll, publish))
+                    self.assertNotIn(b"fetched", body, (dll, publish))
+                    self.assertIn(b'<div class="around">' if "hostile" in dll else b'<div id="images">', body)
+        self.assertEqual(requests, [])
+
+    def test_records_that_would_cost_without_bound_keep_the_page(self):
+        # Deeply nested pictures, and values that hold later variables tens
+        # of thousands of times: the gallery or the variables stay empty or
+        # in place, the rest of the page is there.
+        deep = b"<GALLERY>" + b"<IMAGE><FILENAME>C:\\a.jpg</FILENAME>" * 4000
+        blowing = [(b"$backgroundcolor$", b"$fontname$" * 30000), (b"$fontname$", b"$fontsize$" * 30000)]
+        for pairs in ([(b"$images$", deep)], blowing):
+            rec = self.path("hostile.rec")
+            with open(rec, "wb") as f:
+                f.write(record_bytes(0, pairs))
+            for publish in ([], ["--publish", "pics"]):
+                body = pwhost("slidewave.dll", "--record", rec, "html", "body", *publish)[1]
+                self.assertIn(b'<div id="images">', body)
+                self.assertIn(b'<div id="scrollbar">', body)
+                self.assertNotIn(b"a.jpg", body)
+                self.assertLess(len(body), 40 << 20)
+
     def test_missing_xml_component_shows_the_message_each_time(self):
         images = GALLERY.format(a="C:\\a.jpg", b="C:\\b.jpg")
         code, body, err = pwhost("slidewave.dll", "--set", "$images$=" + images, "html", "body",
@@ -373,6 +428,23 @@ class CopyFiles(Scratch):
         got = pwhost_json("slidewave.dll", "copy-files", windows_path(output), windows_path(images))
         self.assertEqual(got, {"returned": 1})
         self.assertNotIn(b"#123456", read_file(os.path.join(output, "slidewave.css")))
+
+
+    def test_names_never_leave_the_output_and_image_folders(self):
+        # A FILENAME whose name part climbs out ("../../pic.jpg" after the
+        # last backslash) is published as pic.jpg in the image folder; the
+        # definition's "../escaped.txt" and "..\\up" are skipped.
+        os.makedirs(self.path("pics"))
+        with open(self.path("pics/pic.jpg"), "wb") as f:
+            f.write(b"picture")
+        output, images = self.path("site/out"), self.path("site/out/images")
+        os.makedirs(images)
+        climbing = windows_path(self.path("pics/a/b")) + "\\../../pic.jpg"
+        got = pwhost_json("slidewave_test_hostile.dll", "--set", "$images$=" + GALLERY.format(a=climbing, b=climbing),
+                          "copy-files", windows_path(output) + "\\", windows_path(images))
+        self.assertEqual(got, {"returned": 1})
+        found = sorted(os.path.relpath(os.path.join(d, n), self.dir) for d, _, names in os.walk(self.dir) for n in names)
+        self.assertEqual(found, ["pics/pic.jpg", "site/out/images/pic.jpg", "site/out/sub/kept.txt"])
 
 
 class Drawing(Scratch):

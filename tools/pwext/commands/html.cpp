@@ -32,16 +32,19 @@ int RunHtml(const Args& arguments) {
 
     Host host(options);
     CExtensionEngine& engine = host.Engine();
+    std::string html;
     if (part == "head") {
-        WriteOutput(engine.GetHeaderHtml());
+        html = engine.GetHeaderHtml();
     } else if (part == "tail") {
-        WriteOutput(engine.GetStartofPageHTML());
+        html = engine.GetStartofPageHTML();
     } else if (publish) {
-        WriteOutput(engine.GetHtml(context.c_str()));
+        html = engine.GetHtml(context.c_str());
     } else {
         engine.UpdateHtml(0);
-        WriteOutput(engine.GetHtmlCache());
+        html = engine.GetHtmlCache();
     }
+    host.RequireWithinSizeLimit();
+    WriteOutput(html);
     return 0;
 }
 

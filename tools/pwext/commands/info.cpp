@@ -145,6 +145,7 @@ int RunInfo(const Args& args) {
 
     CXmlDocument document;
     document.Parse(text);
+    RequireWholeDocument(document, "info: " + label);
     std::string rootName(ascii::Trim(document.GetRoot()->GetName()));
     if (rootName != "EXTENSION")
         throw Failure{"info: " + label + " is not an extension definition (" +

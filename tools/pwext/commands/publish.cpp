@@ -191,6 +191,7 @@ int RunPublish(const Args& arguments) {
     PublishPlan plan = engine.PlanCopyFiles(output, folders[1]);
     if (reach) engine.SetPageContext(*reach);
     CheckPlan(plan);
+    host.RequireWithinSizeLimit();
     engine.CreateDirectoryPath(output);
     engine.CreateDirectoryPath(folders[1]);
     engine.RunPlan(plan);
@@ -198,6 +199,7 @@ int RunPublish(const Args& arguments) {
     if (!page.empty()) {
         std::string path = page.front() == separator ? page : output + page;
         std::string html = Page(engine, haveContext ? context : engine.GetPageContext(), geometry);
+        host.RequireWithinSizeLimit();
         WriteFileAtomically(path, html);
         WriteOutput("wrote " + path + "\n");
     }

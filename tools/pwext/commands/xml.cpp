@@ -73,6 +73,7 @@ int RunXml(const Args& args) {
         std::string text = ReadInput(file);
         CXmlDocument document;
         document.Parse(text);
+        RequireWholeDocument(document, file.empty() || file == "-" ? std::string("standard input") : file);
         WriteOutput(action == "print" ? document.GetXml() : TreeAsJson(document.GetRoot()));
         return 0;
     }
