@@ -321,7 +321,7 @@ def host_page(m, context, geometry):
     body = m.get_html(context)
     for name, value in zip((b"$LEFT$", b"$TOP$", b"$WIDTH$", b"$HEIGHT$", b"$Z_INDEX$"), geometry + (b"1",)):
         body = body.replace(name, value)
-    return (b"<!DOCTYPE html>\r\n<html>\r\n<head>\r\n"
+    return (b"<!DOCTYPE HTML PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\">\r\n<html>\r\n<head>\r\n"
             b"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\r\n"
             b"<title>" + m.toolbar_text + b"</title>\r\n" + m.header_html() + b"\r\n</head>\r\n<body>\r\n" +
             m.start_of_page_html() + b"\r\n" + body + b"\r\n</body>\r\n</html>\r\n")

@@ -73,7 +73,11 @@ Geometry ParseGeometry(const std::string& text) {
 }
 
 // The page a host would write: the head HTML in <head>, the start-of-page
-// HTML right after <body>, then the object's body with its geometry.
+// HTML right after <body>, then the object's body with its geometry. Like
+// the pages of the host's editors, it is an HTML 4.01 Transitional document
+// without a system identifier, which browsers render in quirks mode; there
+// a bare number such as the font size "10" is a length in pixels, as
+// definitions written for such editors expect.
 std::string Page(CExtensionEngine& engine, const std::string& context, const Geometry& g) {
     std::string body = engine.GetHtml(context.c_str());
     ReplaceAll(body, "$LEFT$", std::to_string(g.left));
@@ -81,7 +85,7 @@ std::string Page(CExtensionEngine& engine, const std::string& context, const Geo
     ReplaceAll(body, "$WIDTH$", std::to_string(g.width));
     ReplaceAll(body, "$HEIGHT$", std::to_string(g.height));
     ReplaceAll(body, "$Z_INDEX$", "1");
-    return "<!DOCTYPE html>\r\n<html>\r\n<head>\r\n"
+    return "<!DOCTYPE HTML PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\">\r\n<html>\r\n<head>\r\n"
            "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\r\n"
            "<title>" + engine.GetToolbarText() + "</title>\r\n" +
            engine.GetHeaderHtml() + "\r\n</head>\r\n<body>\r\n" + engine.GetStartofPageHTML() + "\r\n" + body +
