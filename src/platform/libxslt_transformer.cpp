@@ -189,3 +189,19 @@ std::unique_ptr<CXsltTransformer> CreateLibxsltTransformer(const std::string& co
     if (!transformer->ok()) return nullptr;
     return transformer;
 }
+
+bool LibxsltCompiles(std::string_view stylesheet, const std::string& codePage) {
+    static std::mutex mutex;
+    std::lock_guard<std::mutex> lock(mutex);
+    SharedSecurityPrefs();
+    Converter toUtf8("UTF-8", codePage.c_str());
+    if (!toUtf8.ok()) return false;
+    xmlDocPtr styleDoc = ParseUtf8(toUtf8.Convert(stylesheet));
+    if (!styleDoc) return false;
+    std::unique_ptr<xsltStylesheet, StyleFree> style(xsltParseStylesheetDoc(styleDoc));
+    if (!style) {
+        xmlFreeDoc(styleDoc);
+        return false;
+    }
+    return style->errors == 0;
+}

@@ -6,6 +6,8 @@ are written whole or not at all, and the round trip through real folders.
 
     python3 tests/pwext/definition_commands_test.py [PWEXT]
 """
+import base64
+import json
 import os
 import subprocess
 import sys
@@ -18,6 +20,91 @@ PWEXT = os.environ.get("PWEXT") or (sys.argv[1] if len(sys.argv) > 1 else "build
 def run(*args, stdin=b""):
     result = subprocess.run([PWEXT, *args], input=stdin, capture_output=True, timeout=60)
     return result.returncode, result.stdout, result.stderr.decode("latin-1")
+
+
+def b64(text):
+    return base64.b64encode(text if isinstance(text, bytes) else text.encode()).decode()
+
+
+def stylesheet(body):
+    return b64('<xsl:stylesheet xmlns:xsl="http://www.w3.org/1999/XSL/Transform" version="1.0">'
+               '<xsl:template match="/">%s</xsl:template></xsl:stylesheet>' % body)
+
+
+BITMAP_32 = b64(b"BM" + bytes(16) + b"\x20\0\0\0\x20\0\0\0\x01\0\x18\0" + bytes(24))
+
+# Purpose-made broken definitions, one line per element, each line's problems
+# listed as (line, severity, words of the message).
+BROKEN = {
+    "reader.xml": ("""<?xml version="1.0"?>
+<EXTENSION title="T" Title="x" rendermethod="5" usediv="true">
+<PROPERTIES><CATEGORY name="C">
+<PROPERTY Type="2" variable="$a$" value="x &bogus y"></PROPERTY>
+<PROPERTY type="2" variable="$a$" value="#1"></PROPERTY>
+</CATEGORY></PROPERTIES>
+<UNKNOWN/>
+<!-- a comment -->
+<HTML_BODY>not base64 $a$</HTML_BODY>
+<FILES>stray<FILE filename="a.txt" process_file="0">YQ==</FILE>kept</FILES>
+<HTML_HEAD>%s</HTML_HEAD></FOLDER>
+</EXTENSION>""" % b64("$a$ > $LEFT$"), [
+        (2, "warning", "attribute 'Title' is not read; attribute names are case-sensitive: write 'title'"),
+        (2, "warning", "rendermethod 5 draws nothing"), (2, "warning", "usediv 'true' counts as no"),
+        (2, "warning", "no <HTML_BODY>"),
+        (4, "warning", "'&bogus ' is no entity"), (4, "warning", "attribute 'Type' is not read"),
+        (4, "warning", "no type: it is read as 0"),
+        (5, "warning", "variable $a$ is also the variable of the property at line 4"),
+        (7, "warning", "<UNKNOWN> is not read inside <EXTENSION>"),
+        (9, "warning", "<HTML_BODY> follows a comment or declaration"),
+        (10, "warning", "the text 'stray' is lost"),
+        (11, "warning", "</folder> closes <extension>")]),
+    "properties.xml": ("""<EXTENSION>
+<PROPERTIES>
+<PROPERTY type="8" variable="$link$"></PROPERTY>
+<CATEGORY name="C">
+<PROPERTY type="9" variable="$t$"></PROPERTY>
+<PROPERTY type="2" variable=""></PROPERTY>
+<PROPERTY type="1" variable="$c$" value="red"></PROPERTY>
+<PROPERTY type="2" variable="$o$" options="a|b" gallerytemplate="%s"></PROPERTY>
+<PROPERTY type="7" variable="$ch$" options=""></PROPERTY>
+<PROPERTY type="6" variable="$g0$"></PROPERTY>
+<PROPERTY type="6" variable="$g$" gallerytemplate="%s"></PROPERTY>
+<PROPERTY type="6" variable="$gd$" gallerytemplate="%s"></PROPERTY>
+<PROPERTY type="6" variable="$gb$" gallerytemplate="%s"></PROPERTY>
+<PROPERTY type="2" variable="$unused$"></PROPERTY>
+</CATEGORY>
+</PROPERTIES>
+<HTML_BODY>%s</HTML_BODY>
+</EXTENSION>""" % (stylesheet(""), stylesheet("$g$"), stylesheet("<xsl:copy-of select=\"document('x')\"/>"),
+                   stylesheet('<xsl:value-of select="(("/>'), b64("$t$ $c$ $o$ $ch$ $g0$ $g$ $gd$ $gb$ $nobody$")), [
+        (3, "warning", "a property must be inside a CATEGORY, and the host is not offered this link"),
+        (5, "warning", "type '9' is none of 0 to 8"), (6, "warning", "no variable"),
+        (7, "warning", "colour value 'red' is not #RRGGBB"), (8, "warning", "options are read only for choices"),
+        (8, "warning", "gallerytemplate is read only for image lists"), (9, "warning", "a choice without options"),
+        (10, "warning", "an image list without gallerytemplate"), (11, "warning", "uses its own variable $g$"),
+        (12, "error", "calls document()"), (13, "error", "does not compile"),
+        (14, "warning", "variable $unused$ appears in no template"),
+        (17, "warning", "$nobody$ is the variable of no property")]),
+    "files.xml": ("""<EXTENSION rendermethod="x">
+<FILES>
+<FILE filename="" process_file="0">YQ==</FILE>
+<FILE filename="/abs.txt" process_file="0">YQ==</FILE>
+<FOLDER name=".."><FILE filename="x" process_file="0">YQ==</FILE></FOLDER>
+<FILE filename="Same.css" process_file="true">YQ==</FILE>
+<FILE filename="same.css" process_file=" 1">not base64!</FILE>
+</FILES>
+<BITMAP>%s</BITMAP>
+<IMAGE>%s</IMAGE>
+<HTML_BODY>eA==</HTML_BODY>
+</EXTENSION>""" % (BITMAP_32, b64("not a picture")), [
+        (3, "warning", "a FILE without filename"), (4, "error", "file '/abs.txt' leaves the output folder"),
+        (5, "error", "folder '..' leaves the output folder"),
+        (6, "warning", "process_file 'true' does not replace variables"),
+        (7, "warning", "'same.css' is also written by the FILE at line 6"),
+        (7, "warning", "the content is not Base64"),
+        (9, "warning", "the toolbar picture is 32 x 32, not 16 x 16"),
+        (10, "warning", "the preview picture is no PNG, GIF, JPEG or BMP")]),
+}
 
 
 class DefinitionCommands(unittest.TestCase):
@@ -44,6 +131,33 @@ class DefinitionCommands(unittest.TestCase):
         self.assertEqual(result[2].count("\n"), 1, result[2])
         self.assertTrue(result[2].startswith("pwext: "), result[2])
         self.assertIn(fragment, result[2])
+
+    def test_check_reports_each_problem_with_its_line_and_path(self):
+        self.assertEqual(run("check"), (0, b"", ""))
+        for name, (text, expected) in BROKEN.items():
+            path = self.write(name, text.encode())
+            code, out, err = run("check", "--definition", path)
+            self.assertEqual((code, err), (1, ""), name)
+            lines = out.decode().splitlines()
+            for line, severity, words in expected:
+                prefix = "%s:%d: %s: EXTENSION" % (path, line, severity)
+                self.assertTrue(any(l.startswith(prefix) and words in l for l in lines), (name, line, words, out))
+            code, out, _ = run("check", "--definition", path, "--json")
+            problems = json.loads(out)["problems"]
+            self.assertEqual(len(problems), len(lines), name)
+            self.assertTrue(all(set(p) == {"severity", "line", "path", "message"} for p in problems))
+
+    def test_pack_refuses_errors_and_passes_warnings(self):
+        plain = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "win", "host", "definitions", "plain.xml")
+        with open(plain, "rb") as f:
+            warned = f.read()  # usediv="true"
+        for name, text, wanted in (("properties.xml", BROKEN["properties.xml"][0].encode(), 1), ("plain.xml", warned, 0)):
+            folder = self.path(name + ".src")
+            self.assertEqual(run("unpack", self.write(name, text), folder)[0], 0)
+            code, _, err = run("pack", folder, "-o", self.path(name + ".packed"))
+            self.assertEqual(code, wanted, err)
+            self.assertRegex(err, r"manifest.txt:\d+: %s: EXTENSION" % ("error" if wanted else "warning"))
+            self.assertEqual(os.path.exists(self.path(name + ".packed")), not wanted)
 
     def test_definition_is_the_packed_resource(self):
         packed = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(PWEXT))), "resources", "extension.xml")

@@ -28,13 +28,6 @@ int ParseInt(const std::string& text, const std::string& what) {
     return static_cast<int>(value);
 }
 
-void RefuseEntriesLeavingTheirFolder(std::string_view definition, const std::string& command,
-                                     const std::string& label) {
-    CExtensionEngine engine(definition, ExtensionServices());
-    std::vector<std::string> leftOut = engine.PlanCopyFiles("site/", "site/images").leftOut;
-    if (!leftOut.empty()) throw Failure{command + ": " + label + ": " + leftOut.front()};
-}
-
 HostOptions TakeHostOptions(Args& args, const std::string& command) {
     HostOptions options;
     Args rest;

@@ -50,11 +50,6 @@ private:
     std::unique_ptr<CExtensionEngine> engine_;
 };
 
-// Throws Failure naming the first FILE or FOLDER entry of the definition
-// that would be published outside the folder it belongs in.
-void RefuseEntriesLeavingTheirFolder(std::string_view definition, const std::string& command,
-                                     const std::string& label);
-
 // The value of an option that needs one; throws UsageError when missing.
 std::string OptionValue(const Args& args, std::size_t& i, const std::string& command);
 

@@ -9,7 +9,7 @@
 #include "definition/builtin_definition.h"
 #include "definition/unpacker.h"  // AttributeNamesInOrder
 #include "extension/definition_root.h"
-#include "host_options.h"
+#include "definition_checks.h"
 #include "io.h"
 #include "xml/ascii.h"
 #include "xml/base64.h"
@@ -152,7 +152,7 @@ int RunInfo(const Args& args) {
                       (rootName.empty() ? std::string("no root element") : "its root element is '" + rootName + "'") +
                       ", not EXTENSION)"};
     WriteOutput(label + ": " + std::to_string(text.size()) + " bytes\n" + Summary(document));
-    RefuseEntriesLeavingTheirFolder(text, "info", label);
+    RefuseDefinitionErrors(text, "info", label);
     return 0;
 }
 

@@ -2,12 +2,29 @@
 // names) packed into an extension definition, as the build packs the
 // built-in one.
 #include "command.h"
+#include "definition/manifest.h"
 #include "definition/packer.h"
-#include "host_options.h"
+#include "definition_checks.h"
 #include "io.h"
 
 namespace pwext {
 namespace {
+
+// The line of every element of the folder's manifest in document order: the
+// packed definition has the same elements in the same order, so problems
+// found in it point at the manifest.
+std::vector<int> ManifestLines(const std::string& folder) {
+    definition::ManifestElement root = definition::ParseManifest(ReadInput(folder + "/" + definition::kManifestName));
+    std::vector<int> lines;
+    std::vector<const definition::ManifestElement*> stack = {&root};
+    while (!stack.empty()) {
+        const definition::ManifestElement* element = stack.back();
+        stack.pop_back();
+        lines.push_back(element->line);
+        for (auto it = element->children.rbegin(); it != element->children.rend(); ++it) stack.push_back(&*it);
+    }
+    return lines;
+}
 
 int RunPack(const Args& args) {
     const char* usage = "usage: pwext pack FOLDER [-o FILE]";
@@ -32,7 +49,7 @@ int RunPack(const Args& args) {
     } catch (const definition::DefinitionError& e) {
         throw Failure{"pack: " + folder + ": " + e.what()};
     }
-    RefuseEntriesLeavingTheirFolder(xml, "pack", folder);
+    RefuseDefinitionErrors(xml, "pack", folder + "/" + definition::kManifestName, ManifestLines(folder));
     if (output.empty() || output == "-")
         WriteOutput(xml);
     else
