@@ -220,7 +220,7 @@ class PublishCommand(PwextCase):
         for command in (["info", "--definition", traversing], ["pack", unpacked, "-o", "packed.xml"]):
             result = self.run_pwext(*command, cwd=self.dir, ok=False)
             self.assertEqual(result.returncode, 1, command)
-            self.assertIn(b"FILE '../up.css' leaves the output folder", result.stderr, command)
+            self.assertIn(b"file '../up.css' leaves the output folder", result.stderr, command)
         self.assertFalse(os.path.exists(os.path.join(self.dir, "packed.xml")))
 
     def test_what_is_no_regular_file_is_refused_without_harm(self):
