@@ -51,11 +51,13 @@ DWORD UrlEncodingOption() {
 IStream* PageStream(std::string_view bodyHtml) {
     std::string page = SnapshotPageText(bodyHtml);
     HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, page.size());
-    if (!block) return nullptr;
-    if (void* bytes = GlobalLock(block)) {
-        std::memcpy(bytes, page.data(), page.size());
-        GlobalUnlock(block);
+    void* bytes = block ? GlobalLock(block) : nullptr;
+    if (!bytes) {
+        if (block) GlobalFree(block);
+        return nullptr;
     }
+    std::memcpy(bytes, page.data(), page.size());
+    GlobalUnlock(block);
     IStream* stream = nullptr;
     if (FAILED(CreateStreamOnHGlobal(block, TRUE, &stream)) || !stream) {
         GlobalFree(block);
@@ -73,7 +75,7 @@ bool LoadPage(IUnknown* instance, std::string_view bodyHtml) {
     return loaded;
 }
 
-// The document's body as an IHTMLElement2, or null.
+// Gets the document's body as an IHTMLElement2; false when there is none.
 bool BodyElement2(IHTMLDocument2* document, ComRef<IHTMLElement2>& element) {
     ComRef<IHTMLElement> body;
     return document && SUCCEEDED(document->get_body(body.out())) && body.get() &&

@@ -91,6 +91,21 @@ private:
     HMODULE module_;
 };
 
+class ImportHook {
+public:
+    ImportHook(const char* dll, const char* function, void* replacement)
+        : dll_(dll), function_(function), original_(ReplaceImport(GetModuleHandleA(nullptr), dll, function, replacement)) {}
+    ~ImportHook() {
+        if (original_) ReplaceImport(GetModuleHandleA(nullptr), dll_, function_, original_);
+    }
+    void* Original() const { return original_; }
+
+private:
+    const char* dll_;
+    const char* function_;
+    void* original_;
+};
+
 class HtmlSnapshot : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -175,7 +190,18 @@ TEST_F(HtmlSnapshot, RenderingAgainReplacesTheDocumentAndTheBehavior) {
         for (int x = 0; x < 20; ++x) ASSERT_EQ(surface.At(x, y), Page(x, y));
 }
 
+HANDLE WINAPI NoEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const char*) { return nullptr; }
+
 TEST_F(HtmlSnapshot, AFailedStepLeavesNothingToDrawUntilARenderSucceeds) {
+    {
+        // Without the ready event nothing starts.
+        ImportHook events("kernel32.dll", "CreateEventA", reinterpret_cast<void*>(&NoEvent));
+        ASSERT_TRUE(events.Original());
+        CHtmlSnapshot snapshot;
+        EXPECT_FALSE(snapshot.Render(kBoxes));
+        EXPECT_EQ(snapshot.LoadState(), 0);
+        EXPECT_EQ(html.Journal(), "");
+    }
     html.Set("delay", "never");
     struct Case {
         const char* fail;
@@ -321,21 +347,6 @@ DWORD WINAPI ScriptedMsgWait(DWORD, const HANDLE*, BOOL, DWORD limit, DWORD) {
     g_script.limits.push_back(limit);
     return g_script.answer;
 }
-
-class ImportHook {
-public:
-    ImportHook(const char* dll, const char* function, void* replacement)
-        : dll_(dll), function_(function), original_(ReplaceImport(GetModuleHandleA(nullptr), dll, function, replacement)) {}
-    ~ImportHook() {
-        if (original_) ReplaceImport(GetModuleHandleA(nullptr), dll_, function_, original_);
-    }
-    void* Original() const { return original_; }
-
-private:
-    const char* dll_;
-    const char* function_;
-    void* original_;
-};
 
 TEST_F(HtmlSnapshot, ADocumentThatNeverCompletesEndsAfterTheBudgetAndIsDrawnAsItIs) {
     html.Set("delay", "never");
