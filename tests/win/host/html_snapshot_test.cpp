@@ -459,17 +459,10 @@ TEST_F(HtmlSnapshot, TheClientSiteAndTheSinkAnswerWhatTheBrowserAsks) {
     }
 
     // Everything else the site is asked is not implemented.
-    IMoniker* moniker = nullptr;
-    IOleContainer* container = nullptr;
     UINT count = 0;
     EXPECT_EQ(clientSite->SaveObject(), E_NOTIMPL);
-    EXPECT_EQ(clientSite->GetMoniker(0, 0, &moniker), E_NOTIMPL);
-    EXPECT_EQ(clientSite->GetContainer(&container), E_NOTIMPL);
-    EXPECT_EQ(clientSite->ShowObject(), E_NOTIMPL);
     EXPECT_EQ(ambient->GetTypeInfoCount(&count), E_NOTIMPL);
     EXPECT_EQ(handler->ShowContextMenu(0, nullptr, nullptr, nullptr), E_NOTIMPL);
-    EXPECT_EQ(handler->HideUI(), E_NOTIMPL);
-    EXPECT_EQ(handler->TranslateUrl(0, nullptr, nullptr), E_NOTIMPL);
     handler->Release();
     ambient->Release();
     clientSite->Release();
@@ -485,7 +478,7 @@ TEST_F(HtmlSnapshot, TheClientSiteAndTheSinkAnswerWhatTheBrowserAsks) {
     sink->Release();
 }
 
-TEST_F(HtmlSnapshot, TheBehaviorIsItsOwnFactoryAndPaintsWhatWasCaptured) {
+TEST_F(HtmlSnapshot, TheBehaviorIsItsOwnFactoryAndATransparentPainter) {
     auto* behavior = new CBackgroundBehavior;
     void* out = reinterpret_cast<void*>(1);
     EXPECT_EQ(behavior->QueryInterface(IID_IDispatch, &out), E_NOTIMPL);
@@ -506,16 +499,10 @@ TEST_F(HtmlSnapshot, TheBehaviorIsItsOwnFactoryAndPaintsWhatWasCaptured) {
     WINBOOL hit = TRUE;
     EXPECT_EQ(painter->HitTestPoint(POINT{1, 1}, &hit, nullptr), S_OK);
     EXPECT_FALSE(hit);
-    Surface source(10, 10), target(10, 10);
-    source.Fill(Page);
+    Surface target(10, 10);
     RECT bounds = {2, 1, 8, 5};
     EXPECT_EQ(painter->Draw(bounds, bounds, 0, target.Dc(), nullptr), S_OK);  // nothing captured yet
     EXPECT_TRUE(AllWhite(target, 10, 10));
-    behavior->Capture(source.Dc(), 3, 2, 6, 4);
-    painter->Draw(bounds, bounds, 0, target.Dc(), nullptr);
-    for (int y = 0; y < 10; ++y)
-        for (int x = 0; x < 10; ++x)
-            ASSERT_EQ(target.At(x, y), x >= 2 && x < 8 && y >= 1 && y < 5 ? Page(x + 1, y + 1) : 0xFFFFFFu);
     painter->Release();
     found->Release();
     factory->Release();
