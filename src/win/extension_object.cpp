@@ -10,10 +10,11 @@
 
 namespace {
 
-ExtensionServices ServicesOf(CFileSystem* fileSystem, CXsltTransformer* transformer) {
+ExtensionServices ServicesOf(CFileSystem* fileSystem, CXsltTransformer* transformer, CHtmlSnapshot* snapshot) {
     ExtensionServices services;
     services.fileSystem = fileSystem;
     services.transformer = transformer;
+    services.onDesignHtml = [snapshot](const std::string& html) { snapshot->Render(html); };
     return services;
 }
 
@@ -48,7 +49,7 @@ void LoadPreviewPicture(CPreviewImage& preview, CXmlDocument& definition) {
 
 CExtensionParts::CExtensionParts()
     : fileSystem(CreateNativeFileSystem()),
-      engine(LoadDefinitionText(), ServicesOf(fileSystem.get(), &transformer)) {
+      engine(LoadDefinitionText(), ServicesOf(fileSystem.get(), &transformer, &snapshot)) {
     LoadPreviewPicture(preview, engine.GetDefinition());
 }
 

@@ -5,12 +5,14 @@
 // that allocates it from an MSVC declaration of the class always has room.
 //
 // Behind it, CExtensionParts holds the engine, the Windows services the
-// engine borrows (the Windows file system and the MSXML transformer) and the
-// preview picture that render method 1 draws.
+// engine borrows (the Windows file system and the MSXML transformer), the
+// preview picture that render method 1 draws and the HTML snapshot of render
+// method 2, which every design-view update of the engine renders again.
 #include <memory>
 
 #include "extension/extension_engine.h"
 #include "platform/file_system.h"
+#include "render/html_snapshot.h"
 #include "render/preview_image.h"
 #include "win/msxml_transformer.h"
 
@@ -20,6 +22,8 @@ struct CExtensionParts {
     CExtensionParts();
 
     CPreviewImage preview;
+    // Before the engine: the engine's constructor renders the first snapshot.
+    CHtmlSnapshot snapshot;
     std::unique_ptr<CFileSystem> fileSystem;
     CMsxmlTransformer transformer;
     CExtensionEngine engine;

@@ -93,7 +93,8 @@ int PW_THISCALL PwGetVersion(CPagewrightExtension*) { return 2; }
 void PW_THISCALL PwDraw(CPagewrightExtension* self, HDC dc, const RECT* rect) {
     if (!dc || !rect) return;
     Guarded(self, [&](CExtensionEngine& engine) {
-        DrawDesignView(dc, *rect, engine.GetRenderMethod(), engine.GetToolbarText(), self->parts->preview);
+        DrawDesignView(dc, *rect, engine.GetRenderMethod(), engine.GetToolbarText(), self->parts->preview,
+                       self->parts->snapshot);
     });
 }
 

@@ -4,6 +4,8 @@
 #include <msxml2.h>
 #include <ole2.h>
 
+#include "platform/com_ref.h"
+
 namespace {
 
 // {2933BF90-7B36-11D2-B20E-00C04F983E60}: DOMDocument, version-independent.
@@ -14,42 +16,6 @@ const IID kDomDocumentInterface = {0x2933bf81, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00
 const IID kDomDocument2Interface = {0x2933bf95, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
 
 const char kMissingComponentMessage[] = "A problem occurred while loading MSXML.DLL!";
-
-// Owns one interface pointer.
-template <typename T>
-class ComRef {
-public:
-    ComRef() = default;
-    ComRef(const ComRef&) = delete;
-    ComRef& operator=(const ComRef&) = delete;
-    ~ComRef() {
-        if (p_) p_->Release();
-    }
-    T* get() const { return p_; }
-    T** out() { return &p_; }
-    T* operator->() const { return p_; }
-
-private:
-    T* p_ = nullptr;
-};
-
-// Owns one BSTR.
-class WideText {
-public:
-    explicit WideText(std::string_view narrow) {
-        int size = static_cast<int>(narrow.size());
-        int wide = size ? MultiByteToWideChar(CP_ACP, 0, narrow.data(), size, nullptr, 0) : 0;
-        text_ = SysAllocStringLen(nullptr, static_cast<UINT>(wide));
-        if (text_ && wide) MultiByteToWideChar(CP_ACP, 0, narrow.data(), size, text_, wide);
-    }
-    WideText(const WideText&) = delete;
-    WideText& operator=(const WideText&) = delete;
-    ~WideText() { SysFreeString(text_); }
-    BSTR get() const { return text_; }
-
-private:
-    BSTR text_ = nullptr;
-};
 
 std::string Narrow(BSTR wide) {
     int length = static_cast<int>(SysStringLen(wide));

@@ -10,10 +10,12 @@ import json
 import os
 import shutil
 import stat
+import struct
 import subprocess
 import sys
 import tempfile
 import unittest
+import zlib
 
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
 PWEXT = os.environ.get("PWEXT", os.path.join(ROOT, "build", "native", "bin", "pwext"))
@@ -294,6 +296,66 @@ class SiteCommand(PwextCase):
         self.assertEqual(self.run_pwext("site", path, "--current", ok=False).returncode, 1)
         self.assertEqual(self.run_pwext("site", path, "--page", "b", ok=False).returncode, 1)
         self.assertEqual(self.run_pwext("site", ok=False).returncode, 2)
+
+
+def png_pixels(path):
+    """(width, height, rows of (r, g, b)) of an 8-bit RGB or RGBA PNG."""
+    with open(path, "rb") as f:
+        data = f.read()
+    assert data[:8] == b"\x89PNG\r\n\x1a\n"
+    width, height, depth, kind = struct.unpack(">IIBB", data[16:26])
+    assert depth == 8 and kind in (2, 6), (depth, kind)
+    chunks, at = [], 8
+    while at < len(data):
+        length, name = struct.unpack(">I4s", data[at:at + 8])
+        if name == b"IDAT":
+            chunks.append(data[at + 8:at + 8 + length])
+        at += 12 + length
+    raw, step = zlib.decompress(b"".join(chunks)), 3 if kind == 2 else 4
+    stride, rows, above = width * step, [], bytearray(width * step)
+    for y in range(height):
+        kind_of_filter, line = raw[y * (stride + 1)], bytearray(raw[y * (stride + 1) + 1:(y + 1) * (stride + 1)])
+        for i in range(stride):
+            a, b = line[i - step] if i >= step else 0, above[i]
+            c = above[i - step] if i >= step else 0
+            guess = a + b - c
+            paeth = min((abs(guess - a), 0, a), (abs(guess - b), 1, b), (abs(guess - c), 2, c))[2]
+            line[i] = (line[i] + (0, a, b, (a + b) // 2, paeth)[kind_of_filter]) & 255
+        rows.append([tuple(line[x * step:x * step + 3]) for x in range(width)])
+        above = line
+    return width, height, rows
+
+
+class PreviewCommand(PwextCase):
+    # A box in the flow at the body's top-left corner (no margins once the
+    # body is prepared) and one placed absolutely, in a colour of the values.
+    BOXES = definition([("Style", "$color$", "1", "#102030", "")], body=(
+        '<div style="width:6px;height:5px;background:#00FF00"></div>'
+        '<div style="position:absolute;left:20px;top:12px;width:30px;height:16px;background:$color$"></div>'))
+
+    def test_the_body_over_the_background(self):
+        definition_file = self.write("boxes.xml", self.BOXES)
+        out = os.path.join(self.dir, "preview.png")
+        for extra, background, size in (([], (255, 255, 255), (640, 640)),
+                                        (["--size", "60,40", "--background", "#FFCC00"], (255, 204, 0), (60, 40))):
+            self.run_pwext("preview", out, "--definition", definition_file, "--set", "$color$=#C02040", *extra)
+            width, height, rows = png_pixels(out)
+            self.assertEqual((width, height), size)
+            for y in range(40):
+                for x in range(60):
+                    expected = ((0, 255, 0) if x < 6 and y < 5 else
+                                (192, 32, 64) if 20 <= x < 50 and 12 <= y < 28 else background)
+                    self.assertEqual(rows[y][x], expected, (x, y, extra))
+
+    def test_errors_are_one_line_and_write_nothing(self):
+        out = os.path.join(self.dir, "preview.png")
+        for args, code, env in ((["preview"], 2, {}), (["preview", out, "--size", "0,5"], 2, {}),
+                                (["preview", out, "--background", "red"], 2, {}),
+                                (["preview", out], 1, {"CHROMIUM": os.path.join(self.dir, "no-chromium")})):
+            result = subprocess.run([PWEXT, *args], capture_output=True, env=dict(os.environ, **env))
+            self.assertEqual(result.returncode, code, args)
+            self.assertEqual(len(result.stderr.decode().strip().splitlines()), 1, args)
+            self.assertFalse(os.path.exists(out), args)
 
 
 if __name__ == "__main__":

@@ -534,6 +534,54 @@ class PictureDrawing(Scratch):
         self.assertEqual(leftovers() - before, set())
 
 
+def page(x, y):
+    """The page that pwhost draw --page paints under the object."""
+    return (0xCF, 0xE0, 0xF5) if (x // 8 + y // 8) & 1 else WHITE
+
+
+def regsvr32(*flags):
+    code, _, err = run_wine(["regsvr32", "/s", *flags, windows_path(os.path.join(BIN, "pwhtmlfile_double.dll"))],
+                            wine_env())
+    assert code == 0, err
+
+
+class SnapshotDrawing(Scratch):
+    """Render method 2: the body HTML as the system's HTML component draws
+    it, over the host's page. Wine has no HTML engine here: the stand-in of
+    htmlfile_double.cpp, registered while a test needs it, draws each
+    positioned element with a background as a box of that colour."""
+    DLL = "slidewave_test_snapshot.dll"
+    BOXES = (((12, 10, 120, 44), (0x1E, 0x3A, 0x5F)), ((84, 38, 72, 30), (0xE8, 0xA3, 0x3D)))
+
+    def draw_page(self, *args):
+        out = self.path("draw.bmp")
+        self.assertEqual(pwhost_json(self.DLL, *args, "draw", out, "220", "100", "--rect", "200,90,10,8", "--page"),
+                         {"dcRestored": True})
+        return read_bmp(out)[2]
+
+    def test_the_body_over_the_page_following_the_values(self):
+        regsvr32()
+        self.addCleanup(regsvr32, "/u")
+        for sets, first in (([], (0x1E, 0x3A, 0x5F)), (["--set", "$boxcolor$=#802040"], (0x80, 0x20, 0x40))):
+            px = self.draw_page(*sets)
+            boxes = (((12, 10, 120, 44), first),) + self.BOXES[1:]
+            for y, row in enumerate(px):
+                for x, colour in enumerate(row):
+                    inside = [c for (l, t, w, h), c in boxes if 10 + l <= x < 10 + l + w and 8 + t <= y < 8 + t + h]
+                    if not inside:
+                        self.assertEqual(colour, page(x, y), (x, y))
+                    elif inside[-1] == first and y < 8 + 10 + 20:
+                        pass  # the caption's line
+                    else:
+                        self.assertEqual(colour, inside[-1], (x, y))
+
+    def test_without_an_html_component_nothing_is_drawn(self):
+        code, out, err = pwhost(self.DLL, "draw", self.path("draw.bmp"), "30", "20", "--page")
+        self.assertNotIn("message box", err)
+        px = read_bmp(self.path("draw.bmp"))[2]
+        self.assertEqual(px, [[page(x, y) for x in range(30)] for y in range(20)])
+
+
 class BinaryInterface(unittest.TestCase):
     SYSTEM_DLLS = {"kernel32.dll", "user32.dll", "gdi32.dll", "ole32.dll", "oleaut32.dll", "msvcrt.dll",
                    "advapi32.dll", "comctl32.dll", "comdlg32.dll", "shell32.dll", "shlwapi.dll", "urlmon.dll",

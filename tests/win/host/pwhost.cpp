@@ -16,7 +16,10 @@
 //   copy-files OUTPUT IMAGES
 //   urls [--set-url N=TEXT]...
 //   save FILE                 storing Serialize into FILE
-//   draw FILE.bmp W H [--rect L,T,R,B]
+//   draw FILE.bmp W H [--rect L,T,R,B] [--page]
+//                             Draw into a white bitmap, or with --page into a
+//                             page of 8-pixel squares, white and #CFE0F5, the
+//                             top-left one white
 //   properties [STEP]... [publish OUTPUT]
 //                             the Properties dialog over a real window, driven
 //                             by the steps of dialog_script.h when given; then
@@ -290,12 +293,17 @@ int CommandDraw(Plugin& plugin, int argc, char** argv) {
         width > 4096 || height > 4096)
         return Usage("draw needs FILE.bmp W H");
     RECT rect = {0, 0, width, height};
-    if (argc == 5 && strcmp(argv[3], "--rect") == 0) {
-        long l, t, r, b;
-        if (sscanf(argv[4], "%ld,%ld,%ld,%ld", &l, &t, &r, &b) != 4) return Usage("--rect needs L,T,R,B");
-        rect = {l, t, r, b};
-    } else if (argc != 3) {
-        return Usage("draw takes only --rect L,T,R,B");
+    bool page = false;
+    for (int i = 3; i < argc; ++i) {
+        if (strcmp(argv[i], "--rect") == 0 && i + 1 < argc) {
+            long l, t, r, b;
+            if (sscanf(argv[++i], "%ld,%ld,%ld,%ld", &l, &t, &r, &b) != 4) return Usage("--rect needs L,T,R,B");
+            rect = {l, t, r, b};
+        } else if (strcmp(argv[i], "--page") == 0) {
+            page = true;
+        } else {
+            return Usage("draw takes only --rect L,T,R,B and --page");
+        }
     }
     BITMAPINFO info = {};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -308,7 +316,17 @@ int CommandDraw(Plugin& plugin, int argc, char** argv) {
     HBITMAP bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     if (!bitmap) return Fail("cannot make the drawing surface");
     HGDIOBJ old = SelectObject(dc, bitmap);
-    memset(bits, 0xff, ((width * 3 + 3) & ~3) * height);
+    int stride = (width * 3 + 3) & ~3;
+    memset(bits, 0xff, stride * height);
+    for (int y = 0; page && y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (((x / 8 + y / 8) & 1) == 0) continue;
+            BYTE* pixel = static_cast<BYTE*>(bits) + y * stride + x * 3;
+            pixel[0] = 0xF5;  // blue, green, red
+            pixel[1] = 0xE0;
+            pixel[2] = 0xCF;
+        }
+    }
     HGDIOBJ fontBefore = GetCurrentObject(dc, OBJ_FONT);
     COLORREF textBefore = GetTextColor(dc);
     int modeBefore = GetBkMode(dc);

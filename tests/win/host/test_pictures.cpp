@@ -208,6 +208,12 @@ std::uint32_t Surface::At(int x, int y) const {
     return bits_[y * width_ + x] & 0xFFFFFF;
 }
 
+void Surface::Fill(std::uint32_t (*colour)(int x, int y)) {
+    GdiFlush();
+    for (int y = 0; y < height_; ++y)
+        for (int x = 0; x < width_; ++x) bits_[y * width_ + x] = colour(x, y);
+}
+
 bool Surface::WhiteOutside(int left, int top, int right, int bottom) const {
     for (int y = 0; y < height_; ++y)
         for (int x = 0; x < width_; ++x)

@@ -54,6 +54,8 @@ public:
     HDC Dc() const { return dc_; }
     // 0xRRGGBB.
     std::uint32_t At(int x, int y) const;
+    // Gives every pixel the colour (0xRRGGBB) of its place.
+    void Fill(std::uint32_t (*colour)(int x, int y));
     // Every pixel outside [left, right) × [top, bottom) is white.
     bool WhiteOutside(int left, int top, int right, int bottom) const;
 
