@@ -649,7 +649,7 @@ class PropertiesDialog(Scratch):
         self.assertNotIn("#000000", got["html"])
         css = read_file(self.path("slidewave.css")).decode("latin-1")
         self.assertIn("background-color:#1E3A5F;", css)
-        self.assertIn("font-size:14pt;", css)
+        self.assertIn("font-size:14;", css)
 
     def test_cancel_leaves_the_values_and_the_html(self):
         before = pwhost("slidewave.dll", "--set", "$backgroundcolor$=#123456", "html", "body")[1].decode("latin-1")
