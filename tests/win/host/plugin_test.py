@@ -268,6 +268,13 @@ def pwext_has(command):
     return re.search(rb"^\s*" + command.encode() + rb"\b", done.stdout + done.stderr, re.M) is not None
 
 
+def squeeze(html):
+    """HTML with white space between and inside tags folded: the gallery
+    markup comes from different XSLT processors (the Windows XML component
+    here, libxslt in pwext), which lay it out differently."""
+    return re.sub(rb"\s*/>", b"/>", re.sub(rb"\s+", b" ", html)).replace(b"> <", b"><").strip()
+
+
 GALLERY = ('<?xml version="1.0"?><GALLERY><IMAGE><FILENAME>{a}</FILENAME><TITLE>First &amp; best</TITLE></IMAGE>'
            '<IMAGE><FILENAME>{b}</FILENAME></IMAGE></GALLERY>')
 
@@ -322,6 +329,7 @@ class Html(Scratch):
 
         server = http.server.HTTPServer(("127.0.0.1", 0), Answer)
         threading.Thread(target=server.serve_forever, daemon=True).start()
+        self.addCleanup(server.server_close)
         self.addCleanup(server.shutdown)
         local = "file:///" + windows_path(secret).replace("\\", "/")
         lists = (GALLERY.format(a="C:\\a.jpg", b="C:\\b.jpg"),
@@ -372,7 +380,6 @@ class Html(Scratch):
         if not PWEXT or not pwext_has("html"):
             self.skipTest("native pwext has no html command")
         images = GALLERY.format(a="C:\\pics\\a.jpg", b="C:\\pics\\b.png")
-        squeeze = lambda b: re.sub(rb"\s*/>", b"/>", re.sub(rb"\s+", b" ", b)).replace(b"> <", b"><").strip()
         for reflection in ("false", "true"):
             sets = ["--set", "$images$=" + images, "--set", "$fontsize$=14", "--set", "$textcolor$=#FF0000",
                     "--set", "$enablereflection$=" + reflection]
@@ -574,6 +581,25 @@ class SnapshotDrawing(Scratch):
                         pass  # the caption's line
                     else:
                         self.assertEqual(colour, inside[-1], (x, y))
+
+    def test_design_view_html_is_what_pwext_gives(self):
+        # The design view keeps local paths: of the file property and of
+        # every picture of the image list.
+        if not PWEXT or not pwext_has("html"):
+            self.skipTest("native pwext has no html command")
+        regsvr32()
+        self.addCleanup(regsvr32, "/u")
+        sets = ["--set", "$images$=" + GALLERY.format(a="C:\\pics\\a b.jpg", b="D:\\x\\b.png"),
+                "--set", "$logo$=C:\\art\\new logo.gif", "--set", "$caption$=Tea & cake"]
+        page = pwhost(self.DLL, *sets, "html", "design")[1]
+        body = page[page.index(b"<span>") + 6:page.rindex(b"</span>")]
+        definition = os.path.join(SOURCE, "tests", "win", "host", "definitions", "snapshot.xml")
+        done = subprocess.run([PWEXT, "html", "body", "--definition", definition, *sets], capture_output=True,
+                              timeout=60)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(squeeze(body), squeeze(done.stdout))
+        for path in (b'src="C:\\art\\new logo.gif"', b'src="C:\\pics\\a b.jpg"', b'src="D:\\x\\b.png"'):
+            self.assertIn(path, body)
 
     def test_without_an_html_component_nothing_is_drawn(self):
         code, out, err = pwhost(self.DLL, "draw", self.path("draw.bmp"), "30", "20", "--page")

@@ -12,7 +12,10 @@
 //   info                      JSON of the small operations
 //   toolbar-text N            GetToolbarText into an N-byte buffer
 //   toolbar-bitmap FILE.bmp   GetToolbarBitmap, saved as a 24-bit BMP
-//   html body [--publish CONTEXT] | head | tail
+//   html body [--publish CONTEXT] | head | tail | design
+//                             design: the page the design view's snapshot
+//                             loaded last, as the htmlfile stand-in recorded
+//                             it (render method 2, stand-in registered)
 //   copy-files OUTPUT IMAGES
 //   urls [--set-url N=TEXT]...
 //   save FILE                 storing Serialize into FILE
@@ -207,6 +210,15 @@ int CommandHtml(Plugin& plugin, int argc, char** argv) {
     } else if (strcmp(which, "tail") == 0 && argc == 1) {
         CString html = o->GetStartofPageHTML();
         fwrite(html.GetText(), 1, html.GetLength(), stdout);
+    } else if (strcmp(which, "design") == 0 && argc == 1) {
+        // The stand-in is loaded by the snapshot renderer's first render.
+        HMODULE stand_in = GetModuleHandleA("pwhtmlfile_double.dll");
+        using LoadedFn = const char* (*)(int*);
+        auto loaded = stand_in ? reinterpret_cast<LoadedFn>(GetProcAddress(stand_in, "HtmlDoubleLoaded")) : nullptr;
+        if (!loaded) return Fail("no design view HTML: the plug-in rendered no snapshot with the htmlfile stand-in", "");
+        int length = 0;
+        const char* page = loaded(&length);
+        fwrite(page, 1, static_cast<size_t>(length), stdout);
     } else {
         return Usage("unknown html part: ", which);
     }
