@@ -1,4 +1,4 @@
-// A stand-in for the shared MFC 4.2 run time, for tests only (never shipped).
+// A stand-in for the shared MFC 4.2 run time, for pwhost and the tests (never shipped).
 // It implements just the members the plug-in binds by ordinal and the host
 // stand-in imports, with MFC 4.2's layouts and behaviour: reference-counted
 // strings with their 12-byte header and one shared empty string, an archive
