@@ -271,7 +271,7 @@ CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRig
 
     HWND topLevel = owner ? GetAncestor(owner, GA_ROOT) : nullptr;
     m_hwnd = CreateWindowExA(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, kClassName, "", WS_POPUP | WS_BORDER, x, y,
-                             width, height, topLevel, nullptr, GridModuleHandle(), this);
+                             width, height, topLevel, nullptr, OwnModule(), this);
     if (!m_hwnd) return Result::Cancelled;
     g_activePopup = m_hwnd;
     ShowWindow(m_hwnd, SW_SHOWNOACTIVATE);

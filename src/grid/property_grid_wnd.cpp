@@ -40,7 +40,7 @@ bool CExtPropertyGridWnd::Create(HWND parent, const RECT& rect, int id) {
     if (!EnsureGridWindowClass(kClassName, StaticProc, CS_DBLCLKS)) return false;
     m_hwnd = CreateWindowExA(0, kClassName, "", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | WS_CLIPCHILDREN,
                              rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, parent,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GridModuleHandle(), this);
+                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), OwnModule(), this);
     return m_hwnd != nullptr;
 }
 

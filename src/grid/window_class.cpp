@@ -1,14 +1,7 @@
 #include "grid/window_class.h"
 
-HINSTANCE GridModuleHandle() {
-    HMODULE module = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCSTR>(&GridModuleHandle), &module);
-    return module ? module : GetModuleHandleA(nullptr);
-}
-
 bool EnsureGridWindowClass(const char* name, WNDPROC procedure, UINT style) {
-    HINSTANCE instance = GridModuleHandle();
+    HINSTANCE instance = OwnModule();
     WNDCLASSA existing{};
     if (GetClassInfoA(instance, name, &existing)) {
         if (existing.lpfnWndProc == procedure) return true;

@@ -4,6 +4,7 @@
 // earlier copy of the module with another window procedure is replaced.
 #include <windows.h>
 
-HINSTANCE GridModuleHandle();
+#include "platform/own_module.h"
+
 // Registers the class if needed; false when that failed.
 bool EnsureGridWindowClass(const char* name, WNDPROC procedure, UINT style);

@@ -8,7 +8,7 @@
 #include "ui/link_dialog_resources.h"
 #include "ui/modal_dialog.h"
 #include "ui/resizable_dialog.h"
-#include "win/own_module.h"
+#include "platform/own_module.h"
 #include "xml/ascii.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <shellapi.h>
 
-#include "win/own_module.h"
+#include "platform/own_module.h"
 
 namespace {
 const char kSelfProperty[] = "PwHyperlinkStatic";

@@ -7,7 +7,7 @@
 
 #include "ui/common_controls.h"
 #include "ui/dialog_shown_hook.h"
-#include "win/own_module.h"
+#include "platform/own_module.h"
 
 template <class Owner>
 INT_PTR CALLBACK ModalDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

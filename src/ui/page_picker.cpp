@@ -9,7 +9,7 @@
 #include "ui/modal_dialog.h"
 #include "ui/link_type.h"
 #include "ui/resizable_dialog.h"
-#include "win/own_module.h"
+#include "platform/own_module.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 

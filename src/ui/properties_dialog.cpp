@@ -5,7 +5,7 @@
 #include "ui/cell_updown_range.h"
 #include "ui/cell_url.h"
 #include "ui/font_list.h"
-#include "win/own_module.h"
+#include "platform/own_module.h"
 
 namespace {
 const char kTemplateName[] = "Properties";

@@ -1,6 +1,6 @@
 #include "win/definition_resource.h"
 
-#include "win/own_module.h"
+#include "platform/own_module.h"
 
 std::string LoadDefinitionText() {
     HMODULE module = OwnModule();

@@ -7,15 +7,6 @@
 
 namespace {
 
-// Ordinals of MFC42.DLL (the ANSI release run time).
-enum Ordinal : WORD {
-    kGetAppModuleState = 1154,   // AFX_MODULE_STATE* AfxGetAppModuleState()
-    kGetModuleState = 1168,      // AFX_MODULE_STATE* AfxGetModuleState()
-    kGetProfileString = 3522,    // CString CWinApp::GetProfileString(section, entry, default)
-    kWriteProfileString = 6403,  // BOOL CWinApp::WriteProfileString(section, entry, value)
-    kStringDestructor = 800,     // CString::~CString()
-};
-
 // AFX_MODULE_STATE: the vtable pointer, then the application object.
 constexpr std::size_t kCurrentWinAppOffset = 0x04;
 // CWinApp (MFC 4.2 release layout, 4-byte packing).
@@ -44,11 +35,11 @@ struct Bindings {
 Bindings Bound() {
     Bindings b;
     HMODULE module = GetModuleHandleA("MFC42.DLL");
-    b.appModuleState = mfc42::BindOrdinal<ModuleStateFn>(module, kGetAppModuleState);
-    b.moduleState = mfc42::BindOrdinal<ModuleStateFn>(module, kGetModuleState);
-    b.getProfileString = mfc42::BindOrdinal<GetProfileStringFn>(module, kGetProfileString);
-    b.writeProfileString = mfc42::BindOrdinal<WriteProfileStringFn>(module, kWriteProfileString);
-    b.stringDestructor = mfc42::BindOrdinal<StringDestructorFn>(module, kStringDestructor);
+    b.appModuleState = mfc42::BindOrdinal<ModuleStateFn>(module, mfc42::kGetAppModuleState);
+    b.moduleState = mfc42::BindOrdinal<ModuleStateFn>(module, mfc42::kGetModuleState);
+    b.getProfileString = mfc42::BindOrdinal<GetProfileStringFn>(module, mfc42::kGetProfileString);
+    b.writeProfileString = mfc42::BindOrdinal<WriteProfileStringFn>(module, mfc42::kWriteProfileString);
+    b.stringDestructor = mfc42::BindOrdinal<StringDestructorFn>(module, mfc42::kStringDestructor);
     return b;
 }
 

@@ -8,20 +8,6 @@
 namespace mfc42 {
 namespace {
 
-// Ordinals of MFC42.DLL (the ANSI release run time).
-enum Ordinal : WORD {
-    kStringDefault = 540,           // CString::CString()
-    kStringFromBytes = 538,         // CString::CString(LPCSTR, int)
-    kStringGetBufferSetLength = 2919,
-    kStringReleaseBuffer = 5572,
-    kArchiveRead = 5440,            // UINT CArchive::Read(void*, UINT)
-    kArchiveWrite = 6383,           // void CArchive::Write(const void*, UINT)
-    kThrowArchiveException = 1259,  // AfxThrowArchiveException(int, LPCSTR)
-    kInitExtensionModule = 1182,    // AfxInitExtensionModule(module&, HINSTANCE)
-    kTermExtensionModule = 1253,    // AfxTermExtensionModule(module&, BOOL)
-    kDynLinkLibrary = 342,          // CDynLinkLibrary(module&, BOOL)
-};
-
 using StringDefaultFn = void*(PW_THISCALL*)(CStringLayout* self);
 using StringFromBytesFn = void*(PW_THISCALL*)(CStringLayout* self, const char* text, int length);
 using GetBufferSetLengthFn = char*(PW_THISCALL*)(CStringLayout* self, int length);

@@ -13,6 +13,25 @@
 
 namespace mfc42 {
 
+// The ordinals of MFC42.DLL (the ANSI release run time) that the plug-in uses.
+enum Ordinal : WORD {
+    kDynLinkLibrary = 342,          // CDynLinkLibrary(module&, BOOL)
+    kStringFromBytes = 538,         // CString::CString(LPCSTR, int)
+    kStringDefault = 540,           // CString::CString()
+    kStringDestructor = 800,        // CString::~CString()
+    kGetAppModuleState = 1154,      // AFX_MODULE_STATE* AfxGetAppModuleState()
+    kGetModuleState = 1168,         // AFX_MODULE_STATE* AfxGetModuleState()
+    kInitExtensionModule = 1182,    // AfxInitExtensionModule(module&, HINSTANCE)
+    kTermExtensionModule = 1253,    // AfxTermExtensionModule(module&, BOOL)
+    kThrowArchiveException = 1259,  // AfxThrowArchiveException(int, LPCSTR)
+    kStringGetBufferSetLength = 2919,
+    kGetProfileString = 3522,       // CString CWinApp::GetProfileString(section, entry, default)
+    kArchiveRead = 5440,            // UINT CArchive::Read(void*, UINT)
+    kStringReleaseBuffer = 5572,
+    kArchiveWrite = 6383,           // void CArchive::Write(const void*, UINT)
+    kWriteProfileString = 6403,     // BOOL CWinApp::WriteProfileString(section, entry, value)
+};
+
 // The function that module exports under ordinal, or null (also for a null
 // module).
 template <typename Fn>

@@ -9,7 +9,7 @@
 #include "render/bitmap_stream_reader.h"
 #include "win/definition_resource.h"
 #include "win/extension_object.h"
-#include "win/own_module.h"
+#include "platform/own_module.h"
 #include "win/thiscall.h"
 #include "xml/base64.h"
 #include "xml/xml_document.h"
