@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "html/attribute_number.h"
-#include "html/property_walk.h"
+#include "html/definition_model.h"
 #include "html/published_names.h"
 #include "html/stylesheet_safety.h"
 #include "xml/ascii.h"
@@ -341,7 +341,7 @@ private:
             if (!known) {
                 std::string where;
                 if (name == "PROPERTY")
-                    where = AttributeToInt(child.GetAttribute("type")) == 8
+                    where = ReadPropertyRule(child).type == PropertyType::kLink
                                 ? "; a property must be inside a CATEGORY, and the host is not offered this link"
                                 : "; a property must be inside a CATEGORY";
                 Add(Severity::kWarning, &child, "<" + name + "> is not read inside <" + kind + ">" + where);
@@ -372,8 +372,9 @@ private:
 
     void CheckRoot(const CXmlElement& root) {
         std::string method = root.GetAttribute("rendermethod");
-        int value = AttributeToInt(method);
-        if (value < 0 || value > 2)
+        auto value = static_cast<RenderMethod>(AttributeToInt(method));
+        if (value != RenderMethod::kPlaceholder && value != RenderMethod::kPreviewPicture &&
+            value != RenderMethod::kHtmlSnapshot)
             Add(Severity::kWarning, &root, "rendermethod " + method + " draws nothing; use 0, 1 or 2");
         std::string usediv = root.GetAttribute("usediv");
         if (!usediv.empty() && usediv != "1" && usediv != "0")
@@ -388,12 +389,13 @@ private:
 
     void CheckProperty(const CXmlElement& property, std::map<std::string, const CXmlElement*>& variables) {
         std::string typeText = property.GetAttribute("type");
-        int type = AttributeToInt(typeText);
+        PropertyType type = ReadPropertyRule(property).type;
+        int code = static_cast<int>(type);
         if (!property.GetAttributes().Contains("type"))
             Add(Severity::kWarning, &property, "no type: it is read as 0, a Boolean");
-        else if (std::string(ascii::Trim(typeText)) != std::to_string(type) || type < 0 || type > 8)
+        else if (std::string(ascii::Trim(typeText)) != std::to_string(code) || !IsKnownPropertyType(type))
             Add(Severity::kWarning, &property, "type '" + typeText + "' is none of 0 to 8; it is read as " +
-                                                   std::to_string(type));
+                                                   std::to_string(code));
         std::string variable = CXmlDocument::Unescape(property.GetAttribute("variable"));
         if (variable.empty()) {
             Add(Severity::kWarning, &property, "no variable: the property's value reaches no page");
@@ -405,16 +407,16 @@ private:
             defined_.push_back({variable, &property});
         }
         std::string value = CXmlDocument::Unescape(property.GetAttribute("value"));
-        if (type == 1 && !IsColour(value))
+        if (type == PropertyType::kColor && !IsColour(value))
             Add(Severity::kWarning, &property, "colour value '" + value + "' is not #RRGGBB");
         std::string options = property.GetAttribute("options");
-        if (type == 7 && options.empty()) Add(Severity::kWarning, &property, "a choice without options offers nothing");
-        if (type != 7 && !options.empty())
+        if (type == PropertyType::kChoice && options.empty()) Add(Severity::kWarning, &property, "a choice without options offers nothing");
+        if (type != PropertyType::kChoice && !options.empty())
             Add(Severity::kWarning, &property, "options are read only for choices (type 7)");
         bool hasGallery = property.GetAttributes().Contains("gallerytemplate");
-        if (type != 6 && hasGallery)
+        if (type != PropertyType::kImageList && hasGallery)
             Add(Severity::kWarning, &property, "gallerytemplate is read only for image lists (type 6)");
-        if (type == 6) CheckGallery(property, variable);
+        if (type == PropertyType::kImageList) CheckGallery(property, variable);
     }
 
     void CheckGallery(const CXmlElement& property, const std::string& variable) {

@@ -7,7 +7,7 @@
 #include "html/published_names.h"
 #include "html/stylesheet_safety.h"
 #include "platform/file_system.h"
-#include "html/property_walk.h"
+#include "html/definition_model.h"
 #include "html/text_replace.h"
 #include "platform/xslt_transformer.h"
 #include "xml/base64.h"
@@ -39,13 +39,13 @@ bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::st
     if (!ContainsVariable(text, variable)) return false;
     replacement = CurrentValueOf(property);
     switch (rule.type) {
-        case 1:
+        case PropertyType::kColor:
             replacement = ApplyColorType(replacement, property.GetAttribute("colortype"));
             break;
-        case 3:
+        case PropertyType::kFile:
             if (reduceFiles) replacement = std::string(PublishedFileName(replacement));
             break;
-        case 6: {
+        case PropertyType::kImageList: {
             // A value or style sheet that mentions the variable being
             // expanded would expand forever; it gets no markup instead.
             if (std::find(expanding_.begin(), expanding_.end(), variable) != expanding_.end()) {
@@ -80,7 +80,7 @@ void CExtensionEngine::ReplaceVariables(std::string& text) {
 
 void CExtensionEngine::UpdateHtml(int publishing) {
     const CXmlElement& root = *definition_.GetRoot();
-    const CXmlElement* body = FirstChildNamed(root, "HTML_BODY");
+    const CXmlElement* body = FirstChildNamed(root, definition::kHtmlBody);
     if (!body) return;
     htmlCache_ = DecodedTemplate(body);
 
@@ -94,14 +94,14 @@ void CExtensionEngine::UpdateHtml(int publishing) {
 }
 
 std::string CExtensionEngine::GetHeaderHtml() {
-    std::string html = DecodedTemplate(FirstChildNamed(*definition_.GetRoot(), "HTML_HEAD"));
+    std::string html = DecodedTemplate(FirstChildNamed(*definition_.GetRoot(), definition::kHtmlHead));
     ReplaceVariables(html);
     return html;
 }
 
 // The start-of-page piece comes from the element named HTML_TAIL.
 std::string CExtensionEngine::GetStartofPageHTML() {
-    std::string html = DecodedTemplate(FirstChildNamed(*definition_.GetRoot(), "HTML_TAIL"));
+    std::string html = DecodedTemplate(FirstChildNamed(*definition_.GetRoot(), definition::kHtmlTail));
     ReplaceVariables(html);
     return html;
 }

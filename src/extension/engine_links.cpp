@@ -1,6 +1,6 @@
 // Link properties for the host and searches of the site structure.
 #include "extension/extension_engine.h"
-#include "html/property_walk.h"
+#include "html/definition_model.h"
 #include "html/site_structure.h"
 
 namespace {
@@ -11,24 +11,18 @@ namespace {
 // the first link of every later category that holds one matches as well.
 template <class F>
 void ForEachMatchingLink(const CXmlElement& root, int index, F&& onMatch) {
-    const CXmlElement* properties = FirstChildNamed(root, "PROPERTIES");
-    if (!properties) return;
     int counter = 0;
-    for (std::size_t c = 0; c < properties->GetChildCount(); ++c) {
-        const CXmlElement& category = *properties->GetChild(c);
-        if (!ascii::EqualsNoCase(category.GetName(), "CATEGORY")) continue;
-        for (std::size_t p = 0; p < category.GetChildCount(); ++p) {
-            const CXmlElement& property = *category.GetChild(p);
-            if (!ascii::EqualsNoCase(property.GetName(), "PROPERTY")) continue;
-            if (ReadPropertyRule(property).type != 8) continue;
+    ForEachCategory(root, [&](const CXmlElement& category) {
+        ForEachPropertyIn(category, [&](const CXmlElement& property) {
+            if (ReadPropertyRule(property).type != PropertyType::kLink) return true;
             if (counter != index) {
                 ++counter;
-                continue;
+                return true;
             }
             onMatch(property);
-            break;
-        }
-    }
+            return false;
+        });
+    });
 }
 
 }  // namespace
@@ -36,7 +30,7 @@ void ForEachMatchingLink(const CXmlElement& root, int index, F&& onMatch) {
 int CExtensionEngine::GetURLCount() {
     int count = 0;
     ForEachProperty(*definition_.GetRoot(), [&count](const CXmlElement& property) {
-        if (ReadPropertyRule(property).type == 8) ++count;
+        if (ReadPropertyRule(property).type == PropertyType::kLink) ++count;
     });
     return count;
 }

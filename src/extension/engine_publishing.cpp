@@ -10,7 +10,7 @@
 
 #include "extension/extension_engine.h"
 #include "html/published_names.h"
-#include "html/property_walk.h"
+#include "html/definition_model.h"
 #include "platform/file_system.h"
 #include "xml/ascii.h"
 #include "xml/base64.h"
@@ -56,7 +56,7 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
 
     PublishPlan plan;
     const CXmlElement& root = *definition_.GetRoot();
-    if (const CXmlElement* payload = FirstChildNamed(root, "FILES")) {
+    if (const CXmlElement* payload = FirstChildNamed(root, definition::kFiles)) {
         std::string folder(WithoutTrailing(outputFolder, separator));
         folder += separator;
         PlanPayload(*payload, folder, plan);
@@ -66,7 +66,7 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
     pictureFolder += '/';
     ForEachProperty(root, [&](const CXmlElement& property) {
         PropertyRule rule = ReadPropertyRule(property);
-        if (rule.type == 3) {
+        if (rule.type == PropertyType::kFile) {
             // The host passes the output folder with its separator; none
             // is added here.
             std::string value = CurrentValueOf(property);
@@ -76,7 +76,7 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
                 return;
             }
             AddCopy(plan, value, std::string(outputFolder) + std::string(name));
-        } else if (rule.type == 6) {
+        } else if (rule.type == PropertyType::kImageList) {
             CXmlDocument list;
             list.Parse(CurrentValueOf(property));
             if (list.IsTruncated()) {
@@ -87,7 +87,7 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
             CXmlElement* listRoot = list.GetRoot();
             for (std::size_t i = 0; i < listRoot->GetChildCount(); ++i) {
                 CXmlElement* image = listRoot->GetChild(i);
-                if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
+                if (!ascii::EqualsNoCase(image->GetName(), definition::kImage)) continue;
                 std::string source = list.GetChildValue(image, "FILENAME");
                 if (source.empty()) continue;
                 std::string_view name = PublishedFileName(source);
@@ -129,7 +129,7 @@ void CExtensionEngine::PlanPayload(const CXmlElement& parent, std::string_view f
         }
         const CXmlElement& child = *level.element->GetChild(level.next++);
         std::string path = level.folder;
-        if (ascii::EqualsNoCase(child.GetName(), "FOLDER")) {
+        if (ascii::EqualsNoCase(child.GetName(), definition::kFolder)) {
             const std::string& name = child.GetAttribute("name");
             if (!StaysInsideFolder(name)) {
                 plan.leftOut.push_back("the definition's FOLDER '" + name + "' leaves the output folder");
@@ -141,7 +141,7 @@ void CExtensionEngine::PlanPayload(const CXmlElement& parent, std::string_view f
             step.action = PublishStep::Action::MakeFolders;
             step.target = path;
             plan.steps.push_back(std::move(step));
-        } else if (ascii::EqualsNoCase(child.GetName(), "FILE")) {
+        } else if (ascii::EqualsNoCase(child.GetName(), definition::kFile)) {
             const std::string& name = child.GetAttribute("filename");
             if (!StaysInsideFolder(name)) {
                 plan.leftOut.push_back("the definition's FILE '" + name + "' leaves the output folder");

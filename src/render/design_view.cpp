@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "html/definition_model.h"
 #include "render/html_snapshot.h"
 #include "render/placeholder_drawing.h"
 #include "render/preview_image.h"
@@ -10,14 +11,14 @@ void DrawDesignView(HDC dc, const RECT& rect, int renderMethod, std::string_view
                     CHtmlSnapshot& snapshot) {
     RECT r = {std::min(rect.left, rect.right), std::min(rect.top, rect.bottom), std::max(rect.left, rect.right),
               std::max(rect.top, rect.bottom)};
-    switch (renderMethod) {
-        case 0:
+    switch (static_cast<RenderMethod>(renderMethod)) {
+        case RenderMethod::kPlaceholder:
             DrawPlaceholder(dc, r, text);
             break;
-        case 1:
+        case RenderMethod::kPreviewPicture:
             if (preview.IsLoaded()) preview.Draw(dc, r);
             break;
-        case 2:
+        case RenderMethod::kHtmlSnapshot:
             snapshot.DrawSnapshot(dc, r);
             break;
         default:

@@ -8,7 +8,7 @@
 #include "grid/cell_combo.h"
 #include "grid/cell_file.h"
 #include "grid/cell_string.h"
-#include "html/property_walk.h"
+#include "html/definition_model.h"
 #include "ui/cell_font_combo.h"
 #include "ui/cell_images.h"
 #include "ui/cell_url.h"
@@ -17,18 +17,6 @@
 #include "xml/ascii.h"
 
 namespace {
-
-enum PropertyType {
-    kBoolean = 0,
-    kColor = 1,
-    kText = 2,
-    kFile = 3,
-    kFontName = 4,
-    kFontSize = 5,
-    kImageList = 6,
-    kChoice = 7,
-    kLink = 8,
-};
 
 const int kFontSizes[] = {6, 7, 8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 26, 28, 36, 48, 72};
 
@@ -72,28 +60,28 @@ void FillChoices(CExtGridCellComboBox& cell, const std::string& options, const s
 }
 
 // The row's value as text, by type code, from its active cell.
-std::string ValueTextOf(int type, CExtGridCell* cell) {
+std::string ValueTextOf(PropertyType type, CExtGridCell* cell) {
     if (!cell) return std::string();
     switch (type) {
-    case kBoolean:
+    case PropertyType::kBoolean:
         return cell->IsKindOf(CExtGridCellBool::kClass) && static_cast<CExtGridCellBool*>(cell)->GetChecked() ? "true"
                                                                                                               : "false";
-    case kColor:
+    case PropertyType::kColor:
         return cell->IsKindOf(CExtGridCellColor::kClass) ? FormatColor(static_cast<CExtGridCellColor*>(cell)->GetColor())
                                                          : std::string();
-    case kText:
-    case kFile:
-    case kLink:
+    case PropertyType::kText:
+    case PropertyType::kFile:
+    case PropertyType::kLink:
         return cell->GetText();
-    case kFontName:
-    case kFontSize:
-    case kChoice:
+    case PropertyType::kFontName:
+    case PropertyType::kFontSize:
+    case PropertyType::kChoice:
         // Only an entry of the list counts: a font name that is not installed
         // is stored as empty text once its row is changed.
         return cell->IsKindOf(CExtGridCellComboBox::kClass)
                    ? static_cast<CExtGridCellComboBox*>(cell)->GetSelectedText()
                    : std::string();
-    case kImageList:
+    case PropertyType::kImageList:
         return cell->IsKindOf(CExtGridCellImages::kClass) ? static_cast<CExtGridCellImages*>(cell)->GetImageListText()
                                                           : std::string();
     default:
@@ -106,89 +94,80 @@ std::string ValueTextOf(int type, CExtGridCell* cell) {
 CExtPropertyStore* CPropertiesDialog::BuildPropertyStore() {
     if (m_store) return m_store.get();
     m_store = std::make_unique<CExtPropertyStore>("Extension");
-    const CXmlElement* properties = m_definition ? FirstChildNamed(*m_definition->GetRoot(), "PROPERTIES") : nullptr;
-    if (!properties) return m_store.get();
-    for (std::size_t c = 0; c < properties->GetChildCount(); ++c) {
-        const CXmlElement& categoryElement = *properties->GetChild(c);
-        if (!ascii::EqualsNoCase(categoryElement.GetName(), "CATEGORY")) continue;
+    if (!m_definition) return m_store.get();
+    ForEachCategory(*m_definition->GetRoot(), [this](const CXmlElement& categoryElement) {
         auto* category = new CExtPropertyCategory(Attribute(categoryElement, "name"), std::string());
         m_store->ItemInsert(category);
-        for (std::size_t p = 0; p < categoryElement.GetChildCount(); ++p) {
-            const CXmlElement& property = *categoryElement.GetChild(p);
-            if (!ascii::EqualsNoCase(property.GetName(), "PROPERTY")) continue;
+        ForEachPropertyIn(categoryElement, [&](const CXmlElement& property) {
             PropertyRule rule = ReadPropertyRule(property);
-            if (rule.type < kBoolean || rule.type > kLink) continue;
+            if (!IsKnownPropertyType(rule.type)) return;
             const std::string* set = m_values.Find(rule.variable);
             std::string value = set ? *set : Attribute(property, "value");
 
             auto* item = new CExtPropertyValue(Attribute(property, "name"), Attribute(property, "description"));
             category->ItemInsert(item);
             switch (rule.type) {
-            case kBoolean:
+            case PropertyType::kBoolean:
                 item->ValueActiveGetByRTC<CExtGridCellBool>()->SetChecked(value == "true");
                 break;
-            case kColor: {
+            case PropertyType::kColor: {
                 auto* cell = item->ValueActiveGetByRTC<CExtGridCellColor>();
                 cell->SetColor(ParseColor(value));
                 cell->SetCustomColorCaption("More colors...");
                 cell->EnableAutomatic(false, static_cast<COLORREF>(-1));
                 break;
             }
-            case kText:
+            case PropertyType::kText:
                 item->ValueActiveGetByRTC<CExtGridCellString>()->SetText(value);
                 break;
-            case kFile:
+            case PropertyType::kFile:
                 item->ValueActiveGetByRTC<CExtGridCellFile>()->SetText(value);
                 break;
-            case kFontName: {
+            case PropertyType::kFontName: {
                 auto* cell = item->ValueActiveGetByRTC<CExtGridCellFontComboBox>();
                 for (const std::string& face : FaceNames()) cell->AddString(face);
                 cell->SetText(value);
                 break;
             }
-            case kFontSize:
+            case PropertyType::kFontSize:
                 FillFontSizes(*item->ValueActiveGetByRTC<CExtGridCellComboBox>(), value);
                 break;
-            case kImageList: {
+            case PropertyType::kImageList: {
                 auto* cell = item->ValueActiveGetByRTC<CExtGridCellImages>();
                 cell->SetText(value);
                 cell->SetImageListText(value);
                 cell->SetSiteStructure(m_siteStructure);
                 break;
             }
-            case kChoice:
+            case PropertyType::kChoice:
                 FillChoices(*item->ValueActiveGetByRTC<CExtGridCellComboBox>(), Attribute(property, "options"), value);
                 break;
-            case kLink: {
+            case PropertyType::kLink: {
                 auto* cell = item->ValueActiveGetByRTC<CExtGridCellURL>();
                 cell->SetText(value);
                 cell->SetSiteStructure(m_siteStructure);
                 break;
             }
             }
-        }
-    }
+        });
+    });
     return m_store.get();
 }
 
 bool CPropertiesDialog::StorePropertyValue(CExtPropertyValue& item) {
     CExtPropertyItem* parent = item.ItemParentGet();
     std::string categoryName = parent ? parent->NameGet() : std::string();
-    const CXmlElement* properties = m_definition ? FirstChildNamed(*m_definition->GetRoot(), "PROPERTIES") : nullptr;
-    if (!properties) return false;
+    if (!m_definition) return false;
     // Only the first category of that name is searched.
     const CXmlElement* found = nullptr;
-    for (std::size_t c = 0; c < properties->GetChildCount(); ++c) {
-        const CXmlElement& category = *properties->GetChild(c);
-        if (!ascii::EqualsNoCase(category.GetName(), "CATEGORY") || Attribute(category, "name") != categoryName)
-            continue;
-        for (std::size_t p = 0; p < category.GetChildCount() && !found; ++p) {
-            const CXmlElement& property = *category.GetChild(p);
-            if (ascii::EqualsNoCase(property.GetName(), "PROPERTY") && Attribute(property, "name") == item.NameGet())
-                found = &property;
-        }
-        break;
-    }
+    ForEachCategory(*m_definition->GetRoot(), [&](const CXmlElement& category) {
+        if (Attribute(category, "name") != categoryName) return true;
+        ForEachPropertyIn(category, [&](const CXmlElement& property) {
+            if (Attribute(property, "name") == item.NameGet()) found = &property;
+            return !found;
+        });
+        return false;
+    });
     if (!found) return false;
     PropertyRule rule = ReadPropertyRule(*found);
     m_values.Set(rule.variable, ValueTextOf(rule.type, item.ValueActiveGet()));

@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "html/definition_model.h"
 #include "win/definition_resource.h"
 #include "xml/base64.h"
 
@@ -23,7 +24,7 @@ ExtensionServices ServicesOf(CFileSystem* fileSystem, CXsltTransformer* transfor
 // file "~pw....tmp" that is deleted again at once. A picture that does not
 // decode leaves the preview empty.
 void LoadPreviewPicture(CPreviewImage& preview, CXmlDocument& definition) {
-    CXmlElement* image = definition.GetRoot()->FindChild("IMAGE");
+    CXmlElement* image = definition.GetRoot()->FindChild(definition::kImage);
     if (!image) return;
     std::string text = image->GetValue();
     int length = static_cast<int>(text.size());

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "extension/definition_root.h"
+#include "html/definition_model.h"
 #include "render/bitmap_stream_reader.h"
 #include "win/definition_resource.h"
 #include "win/extension_object.h"
@@ -22,7 +23,7 @@ constexpr WORD kToolbarBitmapResource = 31550;
 HBITMAP DefinitionBitmap() {
     CXmlDocument definition;
     definition.Parse(LoadDefinitionText());
-    CXmlElement* element = definition.GetRoot()->FindChild("BITMAP");
+    CXmlElement* element = definition.GetRoot()->FindChild(definition::kBitmap);
     if (!element) return nullptr;
     std::string text = element->GetValue();
     std::string bytes(text.size() + 1, '\0');

@@ -6,7 +6,7 @@
 
 #include "definition/builtin_definition.h"
 #include "html/image_list.h"
-#include "html/property_walk.h"
+#include "html/definition_model.h"
 #include "io.h"
 #if defined(PW_HAVE_LIBXSLT)
 #include "platform/libxslt_transformer.h"
@@ -63,7 +63,7 @@ std::string FirstImageListVariable(CExtensionEngine& engine) {
     std::string variable;
     ForEachProperty(*engine.GetDefinition().GetRoot(), [&variable](const CXmlElement& property) {
         PropertyRule rule = ReadPropertyRule(property);
-        if (variable.empty() && rule.type == 6) variable = rule.variable;
+        if (variable.empty() && rule.type == PropertyType::kImageList) variable = rule.variable;
     });
     return variable;
 }
@@ -115,7 +115,7 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
     // An image list too deep for the XML model would silently give no
     // gallery in the plug-in; here it is an error.
     ForEachProperty(*engine_->GetDefinition().GetRoot(), [this](const CXmlElement& property) {
-        if (ReadPropertyRule(property).type != 6) return;
+        if (ReadPropertyRule(property).type != PropertyType::kImageList) return;
         CXmlDocument list;
         list.Parse(engine_->CurrentValueOf(property));
         RequireWholeDocument(list, "the image list of " + ReadPropertyRule(property).variable);

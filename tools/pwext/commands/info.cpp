@@ -9,6 +9,7 @@
 #include "definition/builtin_definition.h"
 #include "definition/unpacker.h"  // AttributeNamesInOrder
 #include "extension/definition_root.h"
+#include "html/definition_model.h"
 #include "definition_checks.h"
 #include "io.h"
 #include "xml/ascii.h"
@@ -17,21 +18,6 @@
 
 namespace pwext {
 namespace {
-
-const char* TypeName(int type) {
-    static const char* const kNames[] = {"Boolean", "colour",     "text",   "file", "font name",
-                                         "font size", "image list", "choice", "link"};
-    return type >= 0 && type <= 8 ? kNames[type] : "unknown type";
-}
-
-const char* RenderMethodName(int method) {
-    switch (method) {
-        case 0: return "placeholder with the toolbar text";
-        case 1: return "preview picture";
-        case 2: return "HTML snapshot";
-        default: return "unknown; drawn as nothing";
-    }
-}
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
@@ -61,11 +47,11 @@ void DescribeFiles(CXmlElement& parent, const std::string& folder, std::string& 
     if (depth >= definition::kMaxNesting) throw Failure{"info: folders nested too deep"};
     for (std::size_t i = 0; i < parent.GetChildCount(); ++i) {
         CXmlElement& child = *parent.GetChild(i);
-        if (ascii::EqualsNoCase(child.GetName(), "FOLDER")) {
+        if (ascii::EqualsNoCase(child.GetName(), definition::kFolder)) {
             std::string path = folder + child.GetAttribute("name") + "/";
             out += "  " + path + "\n";
             DescribeFiles(child, path, out, depth + 1);
-        } else if (ascii::EqualsNoCase(child.GetName(), "FILE")) {
+        } else if (ascii::EqualsNoCase(child.GetName(), definition::kFile)) {
             std::string size = std::to_string(Decoded(child).size());
             out += "  " + Padded(folder + child.GetAttribute("filename"), 20) + " " +
                    std::string(size.size() < 6 ? 6 - size.size() : 0, ' ') + size + " bytes" +
@@ -84,47 +70,44 @@ std::string Summary(CXmlDocument& document) {
     out += "object:\n";
     out += "  minimum size  " + std::to_string(object.minWidth) + " x " + std::to_string(object.minHeight) + "\n";
     out += std::string("  use DIV       ") + (object.useDiv ? "yes" : "no") + "\n";
-    out += "  render method " + std::to_string(object.renderMethod) + " (" + RenderMethodName(object.renderMethod) +
+    out += "  render method " + std::to_string(object.renderMethod) + " (" + RenderMethodName(static_cast<RenderMethod>(object.renderMethod)) +
            ")\n";
 
     out += "properties:\n";
-    CXmlElement* properties = root.FindChild("PROPERTIES");
     int count = 0;
-    for (std::size_t c = 0; properties && c < properties->GetChildCount(); ++c) {
-        CXmlElement& category = *properties->GetChild(c);
-        if (!ascii::EqualsNoCase(category.GetName(), "CATEGORY")) continue;
+    ForEachCategory(root, [&](const CXmlElement& category) {
         out += "  [" + category.GetAttribute("name") + "]\n";
-        for (std::size_t p = 0; p < category.GetChildCount(); ++p) {
-            CXmlElement& property = *category.GetChild(p);
-            if (!ascii::EqualsNoCase(property.GetName(), "PROPERTY")) continue;
+        ForEachPropertyIn(category, [&](const CXmlElement& property) {
             ++count;
-            int type = AttributeToInt(property.GetAttribute("type"));
-            out += "    " + Padded(property.GetAttribute("name"), 18) + "type " + std::to_string(type) + " (" +
-                   TypeName(type) + "), variable " + CXmlDocument::Unescape(property.GetAttribute("variable")) +
-                   ", default " + Quoted(CXmlDocument::Unescape(property.GetAttribute("value"))) + "\n";
+            PropertyType type = ReadPropertyRule(property).type;
+            out += "    " + Padded(property.GetAttribute("name"), 18) + "type " +
+                   std::to_string(static_cast<int>(type)) + " (" + PropertyTypeName(type) + "), variable " +
+                   CXmlDocument::Unescape(property.GetAttribute("variable")) + ", default " +
+                   Quoted(CXmlDocument::Unescape(property.GetAttribute("value"))) + "\n";
             out += "      " + CXmlDocument::Unescape(property.GetAttribute("description")) + "\n";
-            if (type == 1) out += "      colour type " + property.GetAttribute("colortype") + "\n";
-            if (type == 7) out += "      choices " + CXmlDocument::Unescape(property.GetAttribute("options")) + "\n";
+            if (type == PropertyType::kColor) out += "      colour type " + property.GetAttribute("colortype") + "\n";
+            if (type == PropertyType::kChoice)
+                out += "      choices " + CXmlDocument::Unescape(property.GetAttribute("options")) + "\n";
             std::string gallery = property.GetAttribute("gallerytemplate");
-            if (type == 6 || !gallery.empty())
+            if (type == PropertyType::kImageList || !gallery.empty())
                 out += "      gallery template " + std::to_string(Base64DecodeOrKeep(gallery).size()) + " bytes\n";
-        }
-    }
+        });
+    });
     if (count == 0) out += "  none\n";
 
     out += "files:\n";
     std::string files;
-    if (CXmlElement* element = root.FindChild("FILES")) DescribeFiles(*element, "", files);
+    if (CXmlElement* element = root.FindChild(definition::kFiles)) DescribeFiles(*element, "", files);
     out += files.empty() ? "  none\n" : files;
 
-    CXmlElement* bitmap = root.FindChild("BITMAP");
+    CXmlElement* bitmap = root.FindChild(definition::kBitmap);
     out += "toolbar bitmap: " + (bitmap ? BitmapSummary(Decoded(*bitmap)) : std::string("none (resource 31550)")) + "\n";
-    CXmlElement* image = root.FindChild("IMAGE");
+    CXmlElement* image = root.FindChild(definition::kImage);
     out += "preview image: " + (image ? std::to_string(Decoded(*image).size()) + " bytes" : std::string("none")) + "\n";
     out += "templates:\n";
-    for (const char* name : {"HTML_HEAD", "HTML_BODY", "HTML_TAIL"}) {
+    for (std::string_view name : {definition::kHtmlHead, definition::kHtmlBody, definition::kHtmlTail}) {
         CXmlElement* element = root.FindChild(name);
-        out += "  " + Padded(name, 10) +
+        out += "  " + Padded(std::string(name), 10) +
                (element ? std::to_string(Decoded(*element).size()) + " bytes" : std::string("missing")) + "\n";
     }
     return out;
