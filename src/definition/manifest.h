@@ -26,7 +26,7 @@
 // An element line without a value makes an element without one. Indentation
 // is by blanks; blank lines and lines starting with '#' are ignored. The first
 // attribute listed is written first among attributes that the writer's hash
-// order does not already place (see PackDefinition).
+// order does not already place (see PackManifest).
 #include <stdexcept>
 #include <string>
 #include <string_view>
