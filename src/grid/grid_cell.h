@@ -36,14 +36,10 @@ struct CExtGridCellClass {
     // Registered classes by exact name; null for an unknown name.
     static const CExtGridCellClass* Find(const std::string& name);
     static CExtGridCell* CreateCell(const std::string& name, CExtGridAllocator* allocator = nullptr);
+    // Makes a class creatable by name. The toolkit's own cells are registered
+    // on the first lookup; a program registers its own cells once, before
+    // anything creates them by name (e.g. loading a saved grid).
     static void Register(const CExtGridCellClass& cellClass);
-};
-
-// Registers a class at start-up (used by PWGRID_IMPLEMENT_CELL).
-struct CExtGridCellRegistration {
-    explicit CExtGridCellRegistration(const CExtGridCellClass& cellClass) {
-        CExtGridCellClass::Register(cellClass);
-    }
 };
 
 #define PWGRID_DECLARE_CELL(ClassName)                                      \
@@ -56,8 +52,7 @@ public:                                                                     \
         #ClassName, &BaseName::kClass,                                                  \
         [](CExtGridAllocator* allocator) -> CExtGridCell* {                             \
             return new (allocator) ClassName(allocator);                                \
-        }};                                                                             \
-    static const CExtGridCellRegistration s_registration_##ClassName(ClassName::kClass);
+        }};
 
 // What a cell needs while it paints: the device context, the paint manager
 // (fonts, colours, themed parts) and the row's state.
