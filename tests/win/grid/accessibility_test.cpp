@@ -3,14 +3,9 @@
 
 #include <oleacc.h>
 
+#include "../com_text.h"
+
 namespace {
-std::string Narrow(BSTR text) {
-    if (!text) return std::string();
-    char buffer[256] = {};
-    WideCharToMultiByte(CP_ACP, 0, text, -1, buffer, sizeof buffer, nullptr, nullptr);
-    SysFreeString(text);
-    return buffer;
-}
 
 VARIANT Child(long id) {
     VARIANT v;
@@ -45,11 +40,11 @@ TEST_F(GridAccessibility, RowsAreChildrenWithNameValueAndDescription) {
     int title = RowOf("Title") + 1;
     BSTR text = nullptr;
     ASSERT_EQ(m_acc->get_accName(Child(title), &text), S_OK);
-    EXPECT_EQ(Narrow(text), "Title");
+    EXPECT_EQ(TakeBstr(text), "Title");
     ASSERT_EQ(m_acc->get_accValue(Child(title), &text), S_OK);
-    EXPECT_EQ(Narrow(text), "Hello");
+    EXPECT_EQ(TakeBstr(text), "Hello");
     ASSERT_EQ(m_acc->get_accDescription(Child(title), &text), S_OK);
-    EXPECT_EQ(Narrow(text), "The caption.");
+    EXPECT_EQ(TakeBstr(text), "The caption.");
     VARIANT role;
     ASSERT_EQ(m_acc->get_accRole(Child(1), &role), S_OK);
     EXPECT_EQ(role.lVal, ROLE_SYSTEM_OUTLINEITEM);   // a category

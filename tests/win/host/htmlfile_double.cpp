@@ -34,6 +34,8 @@
 #include <mshtml.h>
 #include <mshtmdid.h>
 
+#include "../com_text.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -81,16 +83,10 @@ bool Fails(const char* step) {
     return list.find(std::string(",") + step + ",") != std::string::npos;
 }
 
-std::string Narrow(const wchar_t* wide) {
-    std::string text;
-    for (; wide && *wide; ++wide) text += static_cast<char>(*wide < 128 ? *wide : '?');
-    return text;
-}
-
 std::string VariantText(const VARIANT& value) {
     switch (V_VT(&value)) {
         case VT_BSTR:
-            return "BSTR:" + Narrow(V_BSTR(&value));
+            return "BSTR:" + NarrowText(V_BSTR(&value));
         case VT_I4:
             return "I4:" + std::to_string(V_I4(&value));
         case VT_UNKNOWN:
@@ -549,7 +545,7 @@ HRESULT STDMETHODCALLTYPE PointUnadvise(IConnectionPoint* self, DWORD cookie) {
 
 // IHTMLElement, IHTMLBodyElement, IHTMLElement2, IHTMLStyle
 HRESULT STDMETHODCALLTYPE ElementSetAttribute(IHTMLElement*, BSTR name, VARIANT value, LONG flags) {
-    Note("setAttribute " + Narrow(name) + " " + VariantText(value) + " " + std::to_string(flags));
+    Note("setAttribute " + NarrowText(name) + " " + VariantText(value) + " " + std::to_string(flags));
     return S_OK;
 }
 
@@ -563,12 +559,12 @@ HRESULT STDMETHODCALLTYPE BodyPutBgColor(IHTMLBodyElement*, VARIANT value) {
 }
 
 HRESULT STDMETHODCALLTYPE BodyPutScroll(IHTMLBodyElement*, BSTR value) {
-    Note("scroll " + Narrow(value));
+    Note("scroll " + NarrowText(value));
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE StylePutBorderStyle(IHTMLStyle*, BSTR value) {
-    Note("borderStyle " + Narrow(value));
+    Note("borderStyle " + NarrowText(value));
     return S_OK;
 }
 
@@ -585,7 +581,7 @@ HRESULT STDMETHODCALLTYPE Element2ScrollHeight(IHTMLElement2* self, LONG* value)
 HRESULT STDMETHODCALLTYPE Element2AddBehavior(IHTMLElement2* self, BSTR url, VARIANT* factoryVariant, LONG* cookie) {
     Body* body = Of<Body>(self);
     LONG given = ++g_nextCookie;
-    Note("addBehavior " + std::to_string(given) + (url ? " url " + Narrow(url) : " no url") + " " +
+    Note("addBehavior " + std::to_string(given) + (url ? " url " + NarrowText(url) : " no url") + " " +
          (factoryVariant ? VariantText(*factoryVariant) : "none"));
     if (!factoryVariant || V_VT(factoryVariant) != VT_UNKNOWN || !V_UNKNOWN(factoryVariant)) return E_INVALIDARG;
     IElementBehaviorFactory* factory = nullptr;

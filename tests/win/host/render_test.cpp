@@ -42,12 +42,7 @@ std::string BmpFile(int width, int height, int bits, std::uint32_t compression, 
 
 // The bitmap's pixels as 0xRRGGBB, top row first.
 std::vector<std::uint32_t> Pixels(HBITMAP bitmap, int width, int height) {
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
+    BITMAPINFO info = test_pictures::TopDown32(width, height);
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
     HDC screen = GetDC(nullptr);
     GetDIBits(screen, bitmap, 0, height, pixels.data(), &info, DIB_RGB_COLORS);

@@ -182,13 +182,18 @@ std::string ScratchFolder::Write(const std::string& name, const std::string& byt
     return path;
 }
 
-Surface::Surface(int width, int height) : width_(width), height_(height) {
+BITMAPINFO TopDown32(int width, int height) {
     BITMAPINFO info = {};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = width;
     info.bmiHeader.biHeight = -height;
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
+    return info;
+}
+
+Surface::Surface(int width, int height) : width_(width), height_(height) {
+    BITMAPINFO info = TopDown32(width, height);
     void* bits = nullptr;
     dc_ = CreateCompatibleDC(nullptr);
     bitmap_ = CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &bits, nullptr, 0);

@@ -46,6 +46,9 @@ private:
     std::vector<std::string> folders_;
 };
 
+// The header of a top-down 32-bit DIB, for making and reading surfaces.
+BITMAPINFO TopDown32(int width, int height);
+
 // A top-down 32-bit DIB selected into a memory DC, filled white.
 class Surface {
 public:
