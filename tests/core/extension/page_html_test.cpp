@@ -7,42 +7,6 @@
 
 using testdef::Definition;
 
-TEST(Construction, ReadsRootAttributesLikeTheHost) {
-    CExtensionEngine plain(Definition().Text(), {});
-    int w = -1, h = -1;
-    plain.GetMinimumSize(w, h);
-    EXPECT_EQ(w, 0);  // absent reads as 0, not the default 10
-    EXPECT_EQ(h, 0);
-    EXPECT_FALSE(plain.UseDIV());
-    EXPECT_EQ(plain.GetRenderMethod(), 0);
-
-    CExtensionEngine set(
-        Definition().Root("title=\"T\" text=\"Tool\" minwidth=\"50\" minheight=\"7x\" usediv=\"1\" rendermethod=\"2\"").Text(),
-        {});
-    set.GetMinimumSize(w, h);
-    EXPECT_EQ(w, 50);
-    EXPECT_EQ(h, 7);
-    EXPECT_TRUE(set.UseDIV());
-    EXPECT_EQ(set.GetRenderMethod(), 2);
-    EXPECT_EQ(set.GetToolbarText(), "Tool");
-
-    for (const char* flag : {"true", "01", " 1"}) {
-        std::string root = std::string("usediv=\"") + flag + "\"";
-        EXPECT_FALSE(ReadDefinitionRootAttributes(Definition().Root(root).Text()).useDiv) << flag;
-    }
-}
-
-TEST(PageHtml, HeadAndStartOfPageAreSubstitutedTemplates) {
-    std::string text = Definition()
-                           .Head("<link href=\"$css$\">\r\n<script></script>")
-                           .Tail("<p>$css$</p>")
-                           .Categories({{"G", {{"$css$", "2", "s.css"}}}})
-                           .Text();
-    CExtensionEngine engine(text, {});
-    EXPECT_EQ(engine.GetHeaderHtml(), "<link href=\"s.css\">\r\n<script></script>");
-    EXPECT_EQ(engine.GetStartofPageHTML(), "<p>s.css</p>");
-}
-
 TEST(PageHtml, MissingTemplatesGiveEmptyTextAndKeepTheCache) {
     CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "v"}}}}).Text(), {});
     EXPECT_EQ(engine.GetHeaderHtml(), "");

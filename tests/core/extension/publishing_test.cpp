@@ -41,65 +41,6 @@ protected:
 
 }  // namespace
 
-TEST_F(Publishing, WritesPayloadFilesProcessedOrByteForByte) {
-    CExtensionEngine engine(Gallery(), Services());
-    engine.SetValue("$color$", "#FF8000");
-    engine.CopyFiles("C:\\Site", "C:\\Site\\images");
-    EXPECT_EQ(fs.files["C:\\Site\\style.css"], "a { color:#FF8000; font-size:10; x:$LEFT$ }");
-    EXPECT_EQ(fs.files["C:\\Site\\raw.css"], "a { color:$color$ }");
-    EXPECT_EQ(fs.files["C:\\Site\\slider.png"], kBinary);
-    EXPECT_EQ(fs.files["C:\\Site\\outer\\inner\\deep.txt"], "deep");
-    EXPECT_EQ(fs.files["C:\\Site\\outer\\flat.txt"], "flat 10");
-}
-
-TEST_F(Publishing, NestedFoldersAreCreatedOuterFirstAlongTheWholePath) {
-    CExtensionEngine engine(Gallery(), Services());
-    engine.CopyFiles("C:\\Site\\\\", "D:\\elsewhere");
-    std::vector<std::string> made;
-    for (const std::string& line : fs.log)
-        if (line.rfind("mkdir ", 0) == 0) made.push_back(line.substr(6));
-    std::vector<std::string> expected = {"C:", "C:\\Site", "C:\\Site\\outer", "C:\\Site\\outer\\",
-                                         "C:", "C:\\Site", "C:\\Site\\outer", "C:\\Site\\outer\\inner",
-                                         "C:\\Site\\outer\\inner\\"};
-    EXPECT_EQ(made, expected);
-    // The inner folder's file is written after the folder is made, the
-    // outer folder's own file after the inner folder's contents.
-    auto at = [this](const std::string& line) { return std::find(fs.log.begin(), fs.log.end(), line) - fs.log.begin(); };
-    EXPECT_LT(at("mkdir C:\\Site\\outer\\inner\\"), at("write C:\\Site\\outer\\inner\\deep.txt"));
-    EXPECT_LT(at("write C:\\Site\\outer\\inner\\deep.txt"), at("write C:\\Site\\outer\\flat.txt"));
-}
-
-TEST_F(Publishing, PageContextComesFromAnImageFolderInsideTheOutputFolder) {
-    CExtensionEngine engine(Gallery(), Services());
-    engine.SetPageContext("kept");
-    engine.CopyFiles("C:\\Site\\", "C:\\Other\\Images\\");
-    EXPECT_EQ(engine.GetPageContext(), "kept");
-    engine.CopyFiles("C:\\Site\\", "C:\\Site\\Sub\\Images\\");
-    EXPECT_EQ(engine.GetPageContext(), "kept");
-    engine.CopyFiles("C:\\SITE\\\\", "c:\\site\\My Images\\\\");
-    EXPECT_EQ(engine.GetPageContext(), "my images");
-    engine.CopyFiles("C:\\Site\\", "Images");
-    EXPECT_EQ(engine.GetPageContext(), "my images");
-}
-
-TEST_F(Publishing, CopiesGalleryImagesAndFilePropertiesAsTheHostNamesThem) {
-    fs.files["C:\\Pictures\\a.jpg"] = "A";
-    fs.files["C:\\Pictures\\b.jpg"] = "B";
-    fs.files["C:\\Pictures\\logo.gif"] = "L";
-    CExtensionEngine engine(Gallery(), Services());
-    engine.SetValue("$images$", WriteImageList({{"C:\\Pictures\\a.jpg"}, {"C:\\Pictures\\b.jpg"}}));
-    engine.SetValue("$logo$", "C:\\Pictures\\logo.gif");
-    engine.CopyFiles("C:\\Site\\", "C:\\Site\\Images\\");
-    EXPECT_EQ(fs.files["C:\\Site\\Images\\/a.jpg"], "A");
-    EXPECT_EQ(fs.files["C:\\Site\\Images\\/b.jpg"], "B");
-    EXPECT_EQ(fs.files["C:\\Site\\logo.gif"], "L");
-
-    // Without its separator the output folder's name runs into the file's.
-    engine.CopyFiles("C:\\Site", "C:\\Site\\Images//");
-    EXPECT_EQ(fs.files["C:\\Sitelogo.gif"], "L");
-    EXPECT_EQ(fs.files["C:\\Site\\Images/a.jpg"], "A");
-}
-
 TEST_F(Publishing, FailuresAreSkippedAndTheWalkGoesOn) {
     fs.files["C:\\Pictures\\a.jpg"] = "A";
     fs.files["C:\\Pictures\\c.jpg"] = "C";

@@ -18,60 +18,6 @@ std::string Substituted(CExtensionEngine& engine, std::string text) {
 
 }  // namespace
 
-TEST(Substitution, FollowsDocumentOrderAcrossCategories) {
-    // $a$'s value mentions $b$ (later) and $c$ mentions $a$ (earlier).
-    std::string text = Definition()
-                           .Categories({{"One", {{"$a$", "2", "A[$b$]"}}},
-                                        {"Two", {{"$b$", "2", "B"}, {"$c$", "2", "C[$a$]"}}}})
-                           .Text();
-    CExtensionEngine engine(text, {});
-    EXPECT_EQ(Substituted(engine, "$a$ $c$ $LEFT$px $Z_INDEX$"), "A[B] C[$a$] $LEFT$px $Z_INDEX$");
-}
-
-TEST(Substitution, MapEntriesWinEvenWhenEmpty) {
-    CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "default"}, {"$y$", "2", "y"}}}}).Text(), {});
-    engine.SetValue("$x$", "");
-    EXPECT_EQ(Substituted(engine, "<$x$|$y$|$Y$>"), "<|y|$Y$>");
-}
-
-TEST(Substitution, DecodesVariableAndValueEntities) {
-    CExtensionEngine engine(Definition().Categories({{"G", {{"$q&amp;$", "2", "a&lt;b"}}}}).Text(), {});
-    EXPECT_EQ(Substituted(engine, "[$q&$]"), "[a<b]");
-    engine.SetValue("$q&$", "set");
-    EXPECT_EQ(Substituted(engine, "[$q&$]"), "[set]");
-}
-
-TEST(Substitution, ColourTypesIncludingBlanks) {
-    std::string text = Definition()
-                           .Categories({{"Style",
-                                         {{"$c0$", "1", "#FF8000", ""},
-                                          {"$c1$", "1", "#FF8000", " 1 "},
-                                          {"$c2$", "1", "#FF8000", "2"},
-                                          {"$c3$", "1", "#FF8000", "3"}}}})
-                           .Text();
-    CExtensionEngine engine(text, {});
-    EXPECT_EQ(Substituted(engine, "$c0$ $c1$ $c2$ $c3$"), "#FF8000 0xFF8000 FF8000 #FF8000");
-}
-
-TEST(Substitution, PropertiesOutsideCategoriesAreIgnored) {
-    Definition d;
-    d.Categories({{"G", {{"$in$", "2", "in"}}}});
-    std::string text = d.Text();
-    // A PROPERTY directly under PROPERTIES, and an unknown element in a category.
-    std::size_t at = text.find("<CATEGORY");
-    text.insert(at, "<PROPERTY type=\"2\" value=\"out\" variable=\"$out$\" ></PROPERTY>\r\n");
-    at = text.find("</CATEGORY>");
-    text.insert(at, "<OPTION type=\"2\" value=\"odd\" variable=\"$odd$\" ></OPTION>\r\n");
-    CExtensionEngine engine(text, {});
-    EXPECT_EQ(Substituted(engine, "$in$ $out$ $odd$"), "in $out$ $odd$");
-}
-
-TEST(Substitution, WorksWithoutProperties) {
-    CExtensionEngine engine(Definition().Body("<b>$x$</b>").Text(), {});
-    EXPECT_EQ(Substituted(engine, "$x$"), "$x$");
-    EXPECT_EQ(engine.GetHtmlCache(), "<b>$x$</b>");
-}
-
 TEST(Substitution, FilePathsAreReducedExceptInTheDesignView) {
     std::string text = Definition()
                            .Body("<img src=\"$file$\"><a href=\"$plain$\">")

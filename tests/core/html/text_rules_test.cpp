@@ -37,18 +37,6 @@ TEST(ReplaceAll, IsCaseSensitiveAndIgnoresEmptyVariables) {
     EXPECT_FALSE(ContainsVariable(text, ""));
 }
 
-TEST(ColorType, ChoosesTheWrittenForm) {
-    EXPECT_EQ(ApplyColorType("#FF8000", ""), "#FF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", "0"), "#FF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", "1"), "0xFF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", "2"), "FF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", "3"), "#FF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", " 1 "), "0xFF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", "\t2\r\n"), "FF8000");
-    EXPECT_EQ(ApplyColorType("#FF8000", "blue"), "#FF8000");
-    EXPECT_EQ(ApplyColorType("#A#B", "1"), "0xA0xB");
-}
-
 TEST(DeclarationStrip, DropsEverythingThroughTheDeclarationEnd) {
     EXPECT_EQ(StripXmlDeclaration("<?xml version=\"1.0\"?>\n<img/>"), "\n<img/>");
     EXPECT_EQ(StripXmlDeclaration("lead<?xml?>rest"), "rest");
@@ -132,23 +120,6 @@ TEST(GalleryList, RenamesTheRootAndAddsMissingFileNames) {
     EXPECT_NE(text.find("<GALLERY>"), std::string::npos);
     EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "FILENAME"), "p/");
     EXPECT_EQ(out.GetRoot()->GetChild(1)->GetChildCount(), 0u);
-}
-
-TEST(SiteSearch, DescendsPreOrderIgnoringCase) {
-    CXmlDocument site;
-    site.Parse(
-        "<site><folder name=\"Docs\"><page name=\"Intro\" url=\"docs/intro.html\"/>"
-        "<folder name=\"deep\"><page name=\"here\" current_page=\"TRUE\"/></folder></folder>"
-        "<page name=\"intro\" url=\"intro.html\"/></site>");
-    CXmlElement* current = FindCurrentPageBelow(*site.GetRoot());
-    ASSERT_NE(current, nullptr);
-    EXPECT_EQ(current->GetAttribute("name"), "here");
-    CXmlElement* intro = FindPageByNameBelow(*site.GetRoot(), "INTRO");
-    ASSERT_NE(intro, nullptr);
-    EXPECT_EQ(intro->GetAttribute("url"), "docs/intro.html");
-    EXPECT_EQ(FindPageByNameBelow(*site.GetRoot(), "missing"), nullptr);
-    // The start element itself is not a candidate.
-    EXPECT_EQ(FindPageByNameBelow(*site.GetRoot()->GetChild(0), "Docs"), nullptr);
 }
 
 TEST(StylesheetSafety, RefusesWhatCouldReadFilesOrReachTheNetwork) {
