@@ -112,13 +112,17 @@ class HtmlCommand(PwextCase):
         self.assertIn('href="slidewave.css"', head)
         body = self.text("html", "body", "--set", "$backgroundcolor$=#FF8000")
         self.assertIn("background-color:#FF8000;", body)
+        # A property may be named instead of its variable; anything else is refused.
+        self.assertEqual(self.text("html", "body", "--set", "backgroundColor=#FF8000"), body)
 
     def test_usage_errors(self):
         for args in (["html"], ["html", "middle"], ["html", "head", "--publish"], ["html", "body", "--set", "novalue"],
-                     ["html", "body", "--definition"]):
-            result = self.run_pwext(*args, ok=False)
-            self.assertEqual(result.returncode, 2, args)
+                     ["html", "body", "--definition"], ["html", "body", "--set", "FontSiz=3"],
+                     ["base64", "decode", "--capacity", "1"]):
+            result = subprocess.run([PWEXT] + list(args), input=b"TWFu", capture_output=True)
+            self.assertEqual(result.returncode, 1 if args[0] == "base64" else 2, args)
             self.assertEqual(len(result.stderr.decode().strip().splitlines()), 1, args)
+        self.assertIn(b"decodes to 3 bytes but the capacity is 1", result.stderr)
 
     def test_missing_definition_is_one_line_and_non_zero(self):
         result = self.run_pwext("html", "body", "--definition", os.path.join(self.dir, "none.xml"), ok=False)

@@ -68,6 +68,25 @@ std::string FirstImageListVariable(CExtensionEngine& engine) {
     return variable;
 }
 
+// What --set NAME=VALUE sets: the variable NAME when a property has it; else
+// the variable of the property called NAME (ignoring case, as in
+// "FontSize"); else NAME itself when it is spelled like a variable
+// ("$extra$": the record keeps any key). Anything else would change nothing
+// the page shows, so it is refused.
+std::string SetTarget(CExtensionEngine& engine, const std::string& name) {
+    std::string byVariable, byName;
+    ForEachProperty(*engine.GetDefinition().GetRoot(), [&](const CXmlElement& property) {
+        PropertyRule rule = ReadPropertyRule(property);
+        if (rule.variable == name) byVariable = rule.variable;
+        if (byName.empty() && ascii::EqualsNoCase(CXmlDocument::Unescape(property.GetAttribute("name")), name))
+            byName = rule.variable;
+    });
+    if (!byVariable.empty()) return byVariable;
+    if (!byName.empty()) return byName;
+    if (name.size() >= 2 && name.front() == '$' && name.back() == '$') return name;
+    throw UsageError{"--set " + name + ": no property has that name or variable (variables look like $name$)"};
+}
+
 std::string FileNamePart(const std::string& path) {
     std::size_t last = path.find_last_of("/\\");
     return last == std::string::npos ? path : path.substr(last + 1);
@@ -95,7 +114,7 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
         RecordReadResult result = engine_->LoadRecord(source);
         if (!result.ok()) throw Failure{"bad project record '" + options.recordFile + "': " + result.message};
     }
-    for (const auto& [variable, value] : options.sets) engine_->SetValue(variable, value);
+    for (const auto& [name, value] : options.sets) engine_->SetValue(SetTarget(*engine_, name), value);
     if (options.haveImages) {
         std::string variable = FirstImageListVariable(*engine_);
         if (variable.empty()) throw Failure{"--images: the definition has no image-list property"};

@@ -4,7 +4,8 @@
 //
 //   --definition FILE   the extension definition (default: the built-in one)
 //   --record FILE       load a project record first
-//   --set VAR=VALUE     set a property value (repeatable; after --record)
+//   --set VAR=VALUE     set a property value by its variable ($fontsize$) or
+//                       its name (FontSize); repeatable; after --record
 //   --images FILE...    the first image-list property's list, as the Files
 //                       dialog writes it: FILENAME the path, TITLE its name
 //   --site FILE         the site structure

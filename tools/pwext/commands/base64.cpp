@@ -1,5 +1,6 @@
 // pwext base64 decode: the lenient decoder with its capacity and length rules.
 #include <climits>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -69,7 +70,11 @@ int RunBase64(const Args& args) {
         return 0;
     }
     WriteOutput(stored);
-    return outcome.ok ? 0 : 1;
+    if (outcome.ok) return 0;
+    // The bytes that fit were written; say why the rest are missing.
+    std::fprintf(stderr, "pwext: base64 decode: the text decodes to %d bytes but the capacity is %d; only the first %d were written\n",
+                 outcome.length, capacity, outcome.stored);
+    return 1;
 }
 
 }  // namespace
