@@ -338,3 +338,43 @@ test('reflections with PHP: reflect.php delivers the pictures', async () => {
   await g.page.screenshot({ path: path.join(screenshots, 'gallery.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
   });
 });
+
+test('pictures named with #, %, ?, blanks and accents show, with and without reflections', async () => {
+  const names = ['a#1.png', '100%.png', 'why?.png', 'my pic.png', 'caf\u00e9.png'];
+  const images = pictures('odd-names', names.length).map((p, i) => {
+    const renamed = path.join(path.dirname(p.path), names[i]);
+    fs.renameSync(p.path, renamed);
+    return { ...p, path: renamed, title: names[i] };
+  });
+  for (const [reflection, php] of [[false, false], [true, true], [true, false]]) {
+    const site = publishSite(path.join(work, `odd-names-${reflection}-${php}`),
+      [{ left: 0, top: 0, width: 900, height: 400, pictures: images, reflection }]);
+    for (const name of names) assert.ok(fs.existsSync(path.join(site, 'images', name)), `${name} keeps its name`);
+    await withGallery(site, { php }, async (g) => {
+      const s = await state(g.page);
+      assert.deepEqual(s.shown.map((p) => p.alt).sort(), [...names].sort(), `all shown (${reflection}, ${php})`);
+      for (const p of s.shown) {
+        const original = images.find((i) => i.title === p.alt);
+        assert.deepEqual(p.natural, [original.width, original.height * (reflection ? 1.5 : 1)], p.alt);
+      }
+      assert.deepEqual(g.problems, []);
+    });
+  }
+  // A request that is no valid URL gets an answer, not a dead server.
+  const server = await staticServer(work);
+  const answer = await new Promise((resolve) => require('node:http').get(server.url + '100%.png', resolve));
+  assert.equal(answer.statusCode, 400);
+  await server.close();
+});
+
+test('the configured font reaches the page: FontSize 30 and Courier New', async () => {
+  const site = publishSite(path.join(work, 'font'), [{ left: 0, top: 0, width: 700, height: 360,
+    pictures: pictures('font', 3), sets: ['FontSize=30', 'FontName=Courier New'] }]);
+  await withGallery(site, async (g) => {
+    const font = await g.page.evaluate(() => {
+      const style = getComputedStyle(document.querySelector('[id="captions"]'));
+      return [style.fontSize, style.fontFamily, document.compatMode];
+    });
+    assert.deepEqual(font, ['30px', '"Courier New"', 'BackCompat']);
+  });
+});

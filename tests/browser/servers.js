@@ -17,8 +17,14 @@ const types = {
 // PHP would, so reflect.php requests return something that is no picture.
 function staticServer(root) {
   const server = http.createServer((request, response) => {
-    const url = new URL(request.url, 'http://127.0.0.1');
-    const file = path.join(root, decodeURIComponent(url.pathname));
+    let file;
+    try {
+      file = path.join(root, decodeURIComponent(new URL(request.url, 'http://127.0.0.1').pathname));
+    } catch {  // a malformed escape such as "100%.png"
+      response.writeHead(400, { 'Content-Type': 'text/plain' });
+      response.end('bad request');
+      return;
+    }
     if (!file.startsWith(root) || !fs.existsSync(file) || fs.statSync(file).isDirectory()) {
       response.writeHead(404, { 'Content-Type': 'text/plain' });
       response.end('not found');

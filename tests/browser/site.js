@@ -108,6 +108,7 @@ function publish(site, pageName, gallery) {
     '--geometry', [gallery.left, gallery.top, gallery.width, gallery.height].join(',')];
   if (gallery.pictures.length) args.push('--images', ...gallery.pictures.map((p) => p.path));
   if (gallery.reflection) args.push('--set', '$enablereflection$=true');
+  for (const set of gallery.sets || []) args.push('--set', set);
   try {
     execFileSync(pwext, args, { stdio: 'pipe' });
   } catch (e) {
