@@ -26,6 +26,7 @@ $outside = $root . '-outside';
 @mkdir("$root/images/nested", 0777, true);
 @mkdir($outside, 0777, true);
 copy($script, "$root/reflect.php");
+$cache = sys_get_temp_dir() . '/slidewave-reflect-' . sha1(realpath($root));
 
 // A 120 x 80 picture: a vertical colour ramp, so each row is recognisable.
 $picture = imagecreatetruecolor(120, 80);
@@ -35,6 +36,9 @@ for ($y = 0; $y < 80; $y++) {
 imagepng($picture, "$root/images/ramp.png");
 imagejpeg($picture, "$root/images/Photo with spaces.jpg", 95);
 imagegif($picture, "$root/images/nested/small.gif");
+// Large enough to be scaled down before it is reflected.
+$large = imagecreatetruecolor(2000, 2000);
+imagepng($large, "$root/images/large.png", 0);
 copy("$root/images/Photo with spaces.jpg", "$root/images/jpeg-named.png");
 imagepng($picture, "$outside/secret.png");
 @symlink("$outside/secret.png", "$root/images/link.png");
@@ -144,6 +148,7 @@ try {
         'img[]=images/ramp.png' => 400,
         'img=images/ramp.png&height=5' => 400,
         'img=images/ramp.png&fade=x' => 400,
+        'img=images/ramp.png&height=50%0A' => 400,
     );
     foreach ($refused as $query => $expected) {
         list($status, $headers, $body) = request($query);
@@ -167,9 +172,28 @@ try {
     check($status === 200, 'the ETag depends on the parameters');
     list($status) = request('img=images/ramp.png', 'GET', array('If-Modified-Since: ' . $headers['last-modified']));
     check($status === 304, 'an unchanged picture since Last-Modified gets 304');
+    foreach (array('Thu, 01 Jan 2099 00:00:00 GMT', '2099-01-01', 'tomorrow') as $since) {
+        list($status) = request('img=images/ramp.png', 'GET', array("If-Modified-Since: $since"));
+        check($status === 200, "If-Modified-Since '$since' (future or no HTTP date) is ignored");
+    }
     list($status, $headers, $body) = request('img=images/ramp.png', 'HEAD');
     check($status === 200 && $body === '' && (int) $headers['content-length'] > 0, 'HEAD sends headers only');
+
+    // --- bounded cost -------------------------------------------------------------------
+
+    list($status, , $body) = request('img=images/large.png');
+    $result = @imagecreatefromstring($body);
+    check($status === 200 && $result && imagesx($result) === 1581 && imagesy($result) === 1581 + 791,
+        'a 4-million-pixel picture is reflected at 2.5 million pixels');
+    check(is_dir($cache) && (fileperms($cache) & 0777) === 0700 && count(glob("$cache/*.png")) >= 2,
+        'finished reflections are kept in a private folder');
+    list($status, , $again) = request('img=images/large.png');
+    check($status === 200 && $again === $body, 'and served from there unchanged');
 } finally {
+    foreach (glob("$cache/*") ?: array() as $f) {
+        @unlink($f);
+    }
+    @rmdir($cache);
     proc_terminate($server);
     proc_close($server);
     foreach (array_merge(glob("$root/images/nested/*"), glob("$root/images/*"), glob("$root/*"), glob("$outside/*")) as $f) {

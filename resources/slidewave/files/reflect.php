@@ -23,9 +23,17 @@
  * Every refusal is a 4xx status with a one-line plain text reason, never
  * a PHP error message.
  *
+ * Cost: a picture of more than 2.5 million pixels is scaled down before it
+ * is reflected (the gallery shows it smaller anyway), and the reflection is
+ * made row by row by GD, so one request costs a bounded amount of time.
+ * Finished reflections are kept in a private folder under the system's
+ * temporary folder (at most 256 MB; the oldest go first), so asking again
+ * costs no work.
+ *
  * Caching: the response carries Last-Modified and an ETag made from the
  * picture's path, size, time and the parameters; a matching If-None-Match
- * (or else a fresh If-Modified-Since) gets "304 Not Modified" at once.
+ * (or else an If-Modified-Since holding a valid HTTP date that is not in the
+ * future) gets "304 Not Modified" at once.
  *
  * Needs PHP 7.0 or newer with the GD extension. Without GD the script
  * answers "501 Not Implemented"; the gallery script then shows the original
@@ -46,6 +54,12 @@ const SLIDEWAVE_REFLECT_VERSION = '1.0';
 // 4900 x 3265 photo. GD keeps about five bytes per pixel and the result is
 // up to twice as tall, which stays well inside 256 MB.
 const MAX_PIXELS = 16000000;
+
+// Larger pictures are scaled down to this many pixels before reflecting.
+const MAX_REFLECTED_PIXELS = 2500000;
+
+// The most the folder of finished reflections may hold.
+const CACHE_BYTES = 268435456;
 
 // Picture types and the file name extensions that may carry them.
 const ALLOWED_TYPES = array(
@@ -88,7 +102,7 @@ function integer_parameter($name, $default, $min, $max)
         return $default;
     }
     $text = $_GET[$name];
-    if (!is_string($text) || !preg_match('/^[0-9]{1,3}$/', $text)) {
+    if (!is_string($text) || !preg_match('/\A[0-9]{1,3}\z/', $text)) {
         refuse(400, "$name must be a whole number");
     }
     $value = (int) $text;
@@ -162,8 +176,13 @@ function answer_if_unchanged($etag, $modified)
         return;
     }
     if (isset($_SERVER['HTTP_IF_MODIFIED_SINCE'])) {
-        $since = strtotime($_SERVER['HTTP_IF_MODIFIED_SINCE']);
-        if ($since !== false && $since >= $modified) {
+        // Only an HTTP date as servers write it, and not one in the future
+        // (a client's clock ahead must not freeze an edited picture).
+        $text = $_SERVER['HTTP_IF_MODIFIED_SINCE'];
+        $date = DateTime::createFromFormat('!D, d M Y H:i:s \G\M\T', $text, new DateTimeZone('UTC'));
+        $since = $date === false ? false : $date->getTimestamp();
+        $valid = $since !== false && gmdate('D, d M Y H:i:s \G\M\T', $since) === $text && $since <= time();
+        if ($valid && $since >= $modified) {
             header('HTTP/1.1 304 Not Modified', true, 304);
             exit;
         }
@@ -192,10 +211,38 @@ function load_picture($path, $type)
     return $image;
 }
 
+/** A true-colour image of the given size that keeps an alpha channel. */
+function transparent_canvas($width, $height)
+{
+    $image = imagecreatetruecolor($width, $height);
+    imagealphablending($image, false);
+    imagesavealpha($image, true);
+    imagefill($image, 0, 0, imagecolorallocatealpha($image, 0, 0, 0, 127));
+    return $image;
+}
+
+/** The picture, scaled down to MAX_REFLECTED_PIXELS when it is larger. */
+function bounded_picture($picture)
+{
+    $width = imagesx($picture);
+    $height = imagesy($picture);
+    if ($width * $height <= MAX_REFLECTED_PIXELS) {
+        return $picture;
+    }
+    $scale = sqrt(MAX_REFLECTED_PIXELS / ($width * $height));
+    $w = max(1, (int) floor($width * $scale));
+    $h = max(1, (int) floor($height * $scale));
+    $smaller = transparent_canvas($w, $h);
+    imagecopyresampled($smaller, $picture, 0, 0, 0, 0, $w, $h, $width, $height);
+    imagedestroy($picture);
+    return $smaller;
+}
+
 /**
  * The picture with its reflection below: the lowest rows mirrored, the
  * first reflected row at the given opacity and the last one transparent.
- * Pixels that are already partly transparent stay proportionally so.
+ * Each row is faded as a whole by GD (its alpha raised by the same amount),
+ * so the work per row is one copy and one filter.
  */
 function reflect($picture, $heightPercent, $fadePercent)
 {
@@ -203,11 +250,9 @@ function reflect($picture, $heightPercent, $fadePercent)
     $height = imagesy($picture);
     $rows = max(1, (int) round($height * $heightPercent / 100));
 
-    $result = imagecreatetruecolor($width, $height + $rows);
-    imagealphablending($result, false);
-    imagesavealpha($result, true);
-    imagefill($result, 0, 0, imagecolorallocatealpha($result, 0, 0, 0, 127));
+    $result = transparent_canvas($width, $height + $rows);
     imagecopy($result, $picture, 0, 0, 0, 0, $width, $height);
+    $row = transparent_canvas($width, 1);
 
     $start = $fadePercent / 100;
     for ($y = 0; $y < $rows; $y++) {
@@ -219,17 +264,60 @@ function reflect($picture, $heightPercent, $fadePercent)
         if ($opacity <= 0.004) {
             continue; // fully transparent: the background fill is right
         }
-        for ($x = 0; $x < $width; $x++) {
-            $rgba = imagecolorat($picture, $x, $source);
-            $alpha = ($rgba >> 24) & 0x7F;
-            // GD's alpha runs from 0 (opaque) to 127 (transparent).
-            $visible = (127 - $alpha) * $opacity;
-            $newAlpha = 127 - (int) round($visible);
-            imagesetpixel($result, $x, $height + $y,
-                ($newAlpha << 24) | ($rgba & 0xFFFFFF));
-        }
+        // GD's alpha runs from 0 (opaque) to 127 (transparent).
+        imagecopy($row, $picture, 0, 0, 0, $source, $width, 1);
+        imagefilter($row, IMG_FILTER_COLORIZE, 0, 0, 0, 127 - (int) round(127 * $opacity));
+        imagecopy($result, $row, 0, $height + $y, 0, 0, $width, 1);
     }
+    imagedestroy($row);
     return $result;
+}
+
+/**
+ * The private folder of finished reflections (made on first use, readable
+ * by this user only), or null when there is none to be had.
+ */
+function cache_folder()
+{
+    $folder = sys_get_temp_dir() . DIRECTORY_SEPARATOR . 'slidewave-reflect-' . sha1(__DIR__);
+    try {
+        if (!is_dir($folder)) {
+            mkdir($folder, 0700);
+        }
+    } catch (ErrorException $e) {
+        // Another request made it first, or the folder cannot be made.
+    }
+    if (is_link($folder) || !is_dir($folder) || !is_writable($folder) || (fileperms($folder) & 0077) !== 0) {
+        return null;
+    }
+    return $folder;
+}
+
+/** Keeps a finished reflection, then trims the folder to CACHE_BYTES, oldest first. */
+function remember($folder, $file, $png)
+{
+    try {
+        $temporary = tempnam($folder, 'part');
+        file_put_contents($temporary, $png);
+        rename($temporary, $file);
+        $files = glob($folder . DIRECTORY_SEPARATOR . '*.png');
+        $total = 0;
+        $ages = array();
+        foreach ($files as $f) {
+            $total += filesize($f);
+            $ages[$f] = filemtime($f);
+        }
+        asort($ages);
+        foreach ($ages as $f => $age) {
+            if ($total <= CACHE_BYTES) {
+                break;
+            }
+            $total -= filesize($f);
+            unlink($f);
+        }
+    } catch (ErrorException $e) {
+        // A reflection that cannot be kept is made again next time.
+    }
 }
 
 // --- the request ------------------------------------------------------------
@@ -278,16 +366,24 @@ header('Last-Modified: ' . gmdate('D, d M Y H:i:s', $modified) . ' GMT');
 header('ETag: ' . $etag);
 answer_if_unchanged($etag, $modified);
 
+$folder = cache_folder();
+$kept = $folder === null ? null : $folder . DIRECTORY_SEPARATOR . sha1($etag) . '.png';
 try {
-    $picture = load_picture($path, $type);
-    $result = reflect($picture, $heightPercent, $fadePercent);
-    imagedestroy($picture);
+    $png = $kept !== null && is_file($kept) && !is_link($kept) ? file_get_contents($kept) : false;
+    if ($png === false) {
+        $picture = bounded_picture(load_picture($path, $type));
+        $result = reflect($picture, $heightPercent, $fadePercent);
+        imagedestroy($picture);
 
-    // Encode first, send afterwards: a failure must not leave half a picture.
-    ob_start();
-    imagepng($result, null, 6);
-    $png = ob_get_clean();
-    imagedestroy($result);
+        // Encode first, send afterwards: a failure must not leave half a picture.
+        ob_start();
+        imagepng($result, null, 6);
+        $png = ob_get_clean();
+        imagedestroy($result);
+        if ($kept !== null) {
+            remember($folder, $kept, $png);
+        }
+    }
 } catch (Throwable $e) {
     while (ob_get_level() > 0) {
         ob_end_clean();
