@@ -8,7 +8,7 @@ export WINEARCH := win32
 export WINEDEBUG ?= -all
 JOBS ?= $(shell nproc)
 
-.PHONY: all setup native windows demo test test-native test-windows test-fuzz bench screenshots clean
+.PHONY: all setup native windows demo test fuzz bench screenshots clean
 
 all: native windows
 
@@ -31,6 +31,12 @@ demo: windows
 
 test: windows
 	@bash scripts/test
+
+# Every fuzz target for FUZZ_SECONDS each, FUZZ_JOBS at a time.
+FUZZ_SECONDS ?= 60
+FUZZ_JOBS ?= 1
+fuzz: setup
+	@bash scripts/fuzz $(FUZZ_SECONDS) $(FUZZ_JOBS)
 
 bench: native
 	@bash scripts/bench
