@@ -10,8 +10,8 @@
 PWGRID_IMPLEMENT_CELL(CExtGridCellColor, CExtGridCell)
 
 bool CExtGridCellColor::ValidateText(const std::string& text) const {
-    COLORREF ignored;
-    return ParseColorText(text, &ignored);
+    COLORREF color;
+    return ParseColorText(text, &color) && (m_noColorAllowed || color != kNoColor);
 }
 
 std::string CExtGridCellColor::GetDisplayText() const {
@@ -25,6 +25,7 @@ void CExtGridCellColor::Assign(const CExtGridCell& other) {
     if (!other.IsKindOf(kClass)) return;
     const auto& o = static_cast<const CExtGridCellColor&>(other);
     m_color = o.m_color;
+    m_noColorAllowed = o.m_noColorAllowed;
     m_automaticEnabled = o.m_automaticEnabled;
     m_automaticColor = o.m_automaticColor;
     m_customCaption = o.m_customCaption;

@@ -22,6 +22,9 @@ public:
     }
     bool IsAutomaticEnabled() const { return m_automaticEnabled; }
     COLORREF GetAutomaticColor() const { return m_automaticColor; }
+    // Whether the empty text (no colour, shown as "None") may be typed. A
+    // colour that something needs as "#RRGGBB" cannot be empty.
+    void AllowNoColor(bool allow) { m_noColorAllowed = allow; }
     // The caption of the popup's command that opens the colour dialog.
     void SetCustomColorCaption(const std::string& caption) { m_customCaption = caption; }
     const std::string& GetCustomColorCaption() const { return m_customCaption; }
@@ -51,6 +54,7 @@ protected:
 
 private:
     COLORREF m_color = kNoColor;
+    bool m_noColorAllowed = true;
     bool m_automaticEnabled = true;
     COLORREF m_automaticColor = kNoColor;
     std::string m_customCaption = "More colors...";

@@ -5,6 +5,7 @@
 
 #include "grid/grid_archive.h"
 #include "grid/paint_manager.h"
+#include "xml/ascii.h"
 
 PWGRID_IMPLEMENT_CELL(CExtGridCellComboBox, CExtGridCell)
 PWGRID_IMPLEMENT_CELL(CExtGridCellDropListComboBox, CExtGridCellComboBox)
@@ -22,6 +23,12 @@ int CExtGridCellComboBox::InsertString(int index, const std::string& entry) {
 void CExtGridCellComboBox::ResetContent() {
     m_entries.clear();
     m_selection = -1;
+}
+
+int CExtGridCellComboBox::FindStringNoCase(const std::string& entry) const {
+    auto it = std::find_if(m_entries.begin(), m_entries.end(),
+                           [&entry](const std::string& e) { return ascii::EqualsNoCase(e, entry); });
+    return it == m_entries.end() ? -1 : static_cast<int>(it - m_entries.begin());
 }
 
 std::string CExtGridCellComboBox::GetString(int index) const {

@@ -19,6 +19,8 @@ public:
     std::string GetString(int index) const;
     // The first entry equal to the text (case-sensitive), or -1.
     int FindStringExact(const std::string& entry) const;
+    // The first entry equal to the text ignoring ASCII case, or -1.
+    int FindStringNoCase(const std::string& entry) const;
 
     int GetCurSel() const { return m_selection; }
     // Selects an entry (and takes its text); -1 clears the selection only.

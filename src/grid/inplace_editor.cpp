@@ -8,6 +8,7 @@
 
 #include "grid/paint_manager.h"
 #include "grid/property_grid_wnd.h"
+#include "xml/ascii.h"
 
 namespace {
 const char kOldProcProperty[] = "PwGridEditorOldProc";
@@ -54,8 +55,13 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
         SendMessageA(m_control, CB_SETITEMHEIGHT, 0, pm.TextHeight() + pm.Scale(2));
         // Version 6 combo boxes size their list by entries, not by the window.
         SendMessageA(m_control, CB_SETMINVISIBLE, kVisibleListEntries, 0);
-        int selection = static_cast<int>(std::find(entries.begin(), entries.end(), text) - entries.begin());
-        if (selection < static_cast<int>(entries.size())) SendMessageA(m_control, CB_SETCURSEL, selection, 0);
+        // The list opens at the current value (an exact entry first, else one
+        // that differs only in case).
+        auto at = std::find(entries.begin(), entries.end(), text);
+        if (at == entries.end())
+            at = std::find_if(entries.begin(), entries.end(),
+                              [&text](const std::string& e) { return ascii::EqualsNoCase(e, text); });
+        if (at != entries.end()) SendMessageA(m_control, CB_SETCURSEL, at - entries.begin(), 0);
         if (m_kind == CExtGridCell::EditorKind::ComboBox) {
             SetWindowTextA(m_control, text.c_str());
             COMBOBOXINFO info{};

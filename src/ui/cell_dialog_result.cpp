@@ -2,6 +2,10 @@
 
 #include "grid/property_grid_wnd.h"
 
+void ReturnFocusToGrid(const CExtGridCellContext& context) {
+    if (context.grid && context.grid->GetHwnd()) SetFocus(context.grid->GetHwnd());
+}
+
 void CompleteDialogInput(const CExtGridCellContext& context) {
     if (context.grid) {
         int row = context.grid->FocusGet();

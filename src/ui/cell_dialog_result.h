@@ -6,3 +6,6 @@
 #include "grid/grid_cell.h"
 
 void CompleteDialogInput(const CExtGridCellContext& context);
+// After the cell's dialog closed, confirmed or not: the keyboard is back on
+// the grid's row.
+void ReturnFocusToGrid(const CExtGridCellContext& context);

@@ -41,7 +41,10 @@ void CExtGridCellImages::OnButtonClick(const CExtGridCellContext& context, int i
         return;
     }
     std::string imageList = m_imageList;
-    if (!RunImageListDialog(nullptr, imageList, m_siteStructure)) return;
+    // Owned by the Properties dialog, which stays disabled while it runs.
+    bool confirmed = RunImageListDialog(context.OwnerWindow(), imageList, m_siteStructure);
+    ReturnFocusToGrid(context);
+    if (!confirmed) return;
     m_imageList = imageList;
     CompleteDialogInput(context);
 }

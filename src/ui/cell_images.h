@@ -32,6 +32,16 @@ public:
     // Button 0 opens the image list dialog; on OK its list is kept and input
     // is completed.
     void OnButtonClick(const CExtGridCellContext& context, int index) override;
+    // The hint says "click": a click or double click on the value, Enter
+    // (and F4, the button's key) open the dialog too.
+    bool OnValueClick(const CExtGridCellContext& context, POINT) override {
+        OnButtonClick(context, 0);
+        return true;
+    }
+    bool OnToggle(const CExtGridCellContext& context) override {
+        OnButtonClick(context, 0);
+        return true;
+    }
 
 private:
     std::string m_imageList;

@@ -17,7 +17,10 @@ void CExtGridCellURL::OnButtonClick(const CExtGridCellContext& context, int inde
         return;
     }
     std::string link = GetText();
-    if (!RunLinkDialog(nullptr, link, m_siteStructure)) return;
+    // Owned by the Properties dialog, which stays disabled while it runs.
+    bool confirmed = RunLinkDialog(context.OwnerWindow(), link, m_siteStructure);
+    ReturnFocusToGrid(context);
+    if (!confirmed) return;
     SetText(link);
     CompleteDialogInput(context);
 }

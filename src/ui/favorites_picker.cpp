@@ -8,6 +8,7 @@
 #include "ui/link_dialog_resources.h"
 #include "ui/modal_dialog.h"
 #include "ui/resizable_dialog.h"
+#include "ui/small_icons.h"
 #include "platform/own_module.h"
 #include "xml/ascii.h"
 
@@ -80,12 +81,7 @@ private:
         layout_.SetUp(dialog, {{IDC_FAVORITES_TREE, kAnchorRightEdge | kAnchorBottomEdge},
                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
-        images_ = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 3, 0);
-        for (int id : {IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT}) {
-            HICON icon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(id), IMAGE_ICON, 16, 16, 0));
-            ImageList_AddIcon(images_, icon);
-            if (icon) DestroyIcon(icon);
-        }
+        images_ = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT});
         TreeView_SetImageList(tree_, images_, TVSIL_NORMAL);
         std::string folder = FavoritesFolder();
         if (!folder.empty()) FillFolder(folder, TVI_ROOT, 0);

@@ -14,6 +14,7 @@
 #include "ui/link_history.h"
 #include "ui/link_type.h"
 #include "ui/open_file_dialog.h"
+#include "ui/resizable_dialog.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
@@ -70,6 +71,7 @@ private:
 public:
     // The dialog procedure, called through RunModalDialog.
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (layout_.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
             case WM_INITDIALOG:
                 OnInitDialog(dialog);
@@ -95,6 +97,20 @@ private:
     void OnInitDialog(HWND dialog) {
         dialog_ = dialog;
         list_ = GetDlgItem(dialog, IDC_IMAGE_LIST);
+        // A larger dialog gives the list the room; the row fields below it
+        // move down and widen, the buttons keep to the right edge.
+        const unsigned down = kAnchorTopEdge, downWide = kAnchorTopEdge | kAnchorRightEdge,
+                       right = kAnchorLeftEdge, corner = kAnchorLeftEdge | kAnchorTopEdge;
+        layout_.SetUp(dialog, {{IDC_IMAGE_LIST, kAnchorRightEdge | kAnchorBottomEdge},
+                               {IDC_ADD, right}, {IDC_REMOVE, right}, {IDC_REMOVE_ALL, right},
+                               {IDC_MOVE_UP, right}, {IDC_MOVE_DOWN, right},
+                               {IDC_FILES_GENERAL_GROUP, downWide | kAnchorRepaint}, {IDC_TITLE_LABEL, down},
+                               {IDC_TITLE, downWide}, {IDC_DESCRIPTION_LABEL, down}, {IDC_DESCRIPTION, downWide},
+                               {IDC_FILES_LINK_GROUP, downWide | kAnchorRepaint}, {IDC_LINK_TYPE_LABEL, down},
+                               {IDC_LINK_TYPE, down}, {IDC_LINK_LABEL, down}, {IDC_LINK, downWide},
+                               {IDC_PAGE_DISPLAY, downWide}, {IDC_FAVORITES, corner}, {IDC_SELECT_PAGE, corner},
+                               {IDC_TARGET_LABEL, down}, {IDC_TARGET, downWide}, {IDOK, corner},
+                               {IDCANCEL, corner}});
         FillLinkTypeList(dialog);
         for (const char* target : {"_blank", "_self", "_parent", "_top"})
             SendDlgItemMessageA(dialog, IDC_TARGET, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(target));
@@ -337,10 +353,13 @@ private:
         fields_.pageDisplay = decision.page ? decision.page->GetAttribute("name") : std::string();
         ApplyLinkType(dialog_, fields_, fields_.type);
         WriteFields();
+        // The link type enables the controls it uses; without a row none of
+        // them has anything to edit.
+        if (!record) EnableRowFields(false);
     }
 
     void EnableRowFields(bool enable) {
-        for (int id : {IDC_TITLE, IDC_DESCRIPTION, IDC_LINK_TYPE, IDC_TARGET, IDC_LINK, IDC_FAVORITES})
+        for (int id : {IDC_TITLE, IDC_DESCRIPTION, IDC_LINK_TYPE, IDC_TARGET, IDC_LINK, IDC_FAVORITES, IDC_SELECT_PAGE})
             EnableControl(dialog_, id, enable);
     }
 
@@ -362,6 +381,7 @@ private:
 
     std::string imageListText_;
     CXmlDocument* site_;
+    ResizableDialog layout_;
     HWND dialog_ = nullptr;
     HWND list_ = nullptr;
     LinkHistoryCombo history_;

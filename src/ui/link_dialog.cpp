@@ -108,6 +108,8 @@ private:
         ReadLinkFields(dialog_, fields_);
         if (!ChoosePageForLink(dialog_, site_, fields_)) return;
         WriteLinkFields(dialog_, fields_);
+        // A page is chosen: Enter now confirms rather than opening the picker again.
+        SendMessageA(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog_, IDOK)), TRUE);
     }
 
     HWND dialog_ = nullptr;

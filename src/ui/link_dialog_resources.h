@@ -27,6 +27,12 @@
 #define IDC_ADD 1239
 #define IDC_REMOVE 1347
 #define IDC_DESCRIPTION 5022
+// Labels and groups of the Files dialog, named so that they move when it is resized.
+#define IDC_FILES_GENERAL_GROUP 5101
+#define IDC_FILES_LINK_GROUP 5102
+#define IDC_TITLE_LABEL 5103
+#define IDC_DESCRIPTION_LABEL 5104
+#define IDC_LINK_TYPE_LABEL 5105
 
 // The pickers' trees (the favourites tree shares its id with the button
 // that opens it).

@@ -9,6 +9,7 @@
 #include "ui/modal_dialog.h"
 #include "ui/link_type.h"
 #include "ui/resizable_dialog.h"
+#include "ui/small_icons.h"
 #include "platform/own_module.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
@@ -56,16 +57,6 @@ HTREEITEM FindItemByText(HWND tree, const std::string& text) {
     for (HTREEITEM item = TreeView_GetRoot(tree); item; item = NextInTree(tree, item))
         if (ascii::EqualsNoCase(ItemText(tree, item), text)) return item;
     return nullptr;
-}
-
-HIMAGELIST LoadSmallIcons(std::initializer_list<int> ids) {
-    HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, static_cast<int>(ids.size()), 0);
-    for (int id : ids) {
-        HICON icon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(id), IMAGE_ICON, 16, 16, 0));
-        ImageList_AddIcon(images, icon);
-        if (icon) DestroyIcon(icon);
-    }
-    return images;
 }
 
 class PagePicker {

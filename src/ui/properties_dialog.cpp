@@ -6,6 +6,7 @@
 #include "ui/cell_url.h"
 #include "ui/font_list.h"
 #include "platform/own_module.h"
+#include "ui/modal_dialog.h"
 
 namespace {
 const char kTemplateName[] = "Properties";
@@ -17,26 +18,6 @@ void RegisterPropertyCells() {
     for (const CExtGridCellClass* c : {&CExtGridCellURL::kClass, &CExtGridCellImages::kClass,
                                        &CExtGridCellFontComboBox::kClass, &CExtGridCellUpDownRange::kClass})
         CExtGridCellClass::Register(*c);
-}
-
-// Centres the dialog over its owner (the screen's work area without one),
-// kept inside the work area of the owner's monitor.
-void CenterOverOwner(HWND dialog, HWND owner) {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoA(MonitorFromWindow(owner ? owner : dialog, MONITOR_DEFAULTTOPRIMARY), &monitor);
-    RECT area = monitor.rcWork;
-    if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &area);
-    RECT box;
-    GetWindowRect(dialog, &box);
-    int width = box.right - box.left, height = box.bottom - box.top;
-    int x = (area.left + area.right - width) / 2, y = (area.top + area.bottom - height) / 2;
-    const RECT& work = monitor.rcWork;
-    if (x + width > work.right) x = work.right - width;
-    if (y + height > work.bottom) y = work.bottom - height;
-    if (x < work.left) x = work.left;
-    if (y < work.top) y = work.top;
-    SetWindowPos(dialog, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace
@@ -166,6 +147,18 @@ BOOL CPropertiesDialog::OnInitDialog() {
     SetDlgItemTextA(m_hwnd, kDeveloperId, developer.c_str());
     SetDlgItemTextA(m_hwnd, kWebsiteId, website.c_str());
     m_website.SetTarget(website);
+    // The keyboard starts on the first property, so the first arrow key moves.
+    if (HWND grid = m_grid.GetHwnd() ? m_grid.GetGrid().GetHwnd() : nullptr) {
+        CExtPropertyGridWnd& rows = m_grid.GetGrid();
+        for (int row = 0; row < rows.RowCount(); ++row) {
+            if (rows.RowItem(row) && rows.RowItem(row)->IsValue()) {
+                rows.FocusSet(row);
+                break;
+            }
+        }
+        SetFocus(grid);
+        return FALSE;  // the focus is set
+    }
     return TRUE;
 }
 

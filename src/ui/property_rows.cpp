@@ -115,6 +115,7 @@ CExtPropertyStore* CPropertiesDialog::BuildPropertyStore() {
                 cell->SetColor(ParseColor(value));
                 cell->SetCustomColorCaption("More colors...");
                 cell->EnableAutomatic(false, static_cast<COLORREF>(-1));
+                cell->AllowNoColor(false);  // the page needs #RRGGBB
                 break;
             }
             case PropertyType::kText:
