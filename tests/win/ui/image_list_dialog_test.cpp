@@ -101,10 +101,12 @@ TEST_F(ImageListDialogTest, MoveUpAndDownStopAtTheEndsAndKeepTheRecords) {
         EXPECT_EQ(Text(d, IDC_TITLE), "three");
         SelectRow(d, 1);
         Click(d, IDC_MOVE_DOWN);   // 1 to the end
-        // No selection: Move Down has nothing to move.
+        // No selection: Move Down has nothing to move, and no row field is usable.
         ClearRowSelection(d);
         Click(d, IDC_MOVE_DOWN);
         Click(d, IDC_MOVE_UP);
+        for (int id : {IDC_TITLE, IDC_LINK_TYPE, IDC_LINK, IDC_FAVORITES, IDC_SELECT_PAGE, IDC_TARGET})
+            EXPECT_FALSE(Enabled(d, id)) << id;
         Click(d, IDOK);
     });
     ASSERT_TRUE(Run(text));
@@ -120,12 +122,43 @@ TEST_F(ImageListDialogTest, RemoveDeletesEverySelectedRowAndRemoveAllTheRest) {
         ListView_SetItemState(list, 2, LVIS_SELECTED, LVIS_SELECTED);
         Click(d, IDC_REMOVE);
         for (int row = 0; row < RowCount(d); ++row) left.push_back(RowText(d, row));
+        EXPECT_FALSE(Enabled(d, IDC_FAVORITES));
+        SelectRow(d, 0);
         Click(d, IDC_REMOVE_ALL);
+        // Nothing left to edit: the row fields are empty and disabled, so Tab
+        // cannot reach Favorites or Target.
+        for (int id : {IDC_TITLE, IDC_FAVORITES, IDC_TARGET}) EXPECT_FALSE(Enabled(d, id)) << id;
+        EXPECT_EQ(Text(d, IDC_TITLE), "");
         Click(d, IDOK);
     });
     ASSERT_TRUE(Run(text));
     EXPECT_EQ(left, (std::vector<std::string>{"C:\\2.png", "C:\\4.png"}));
     EXPECT_EQ(text, Gallery({}));
+}
+
+TEST_F(ImageListDialogTest, ALargerDialogGivesTheListTheRoom) {
+    std::string text = Gallery({{"C:\\a.png"}});
+    RECT list{}, listAfter{}, ok{}, okAfter{}, title{}, titleAfter{};
+    Then([&](HWND d) {
+        auto place = [d](int id, RECT& r) {
+            GetWindowRect(GetDlgItem(d, id), &r);
+            MapWindowPoints(nullptr, d, reinterpret_cast<POINT*>(&r), 2);
+        };
+        place(IDC_IMAGE_LIST, list), place(IDOK, ok), place(IDC_TITLE, title);
+        RECT box;
+        GetWindowRect(d, &box);
+        SetWindowPos(d, nullptr, 0, 0, box.right - box.left + 200, box.bottom - box.top + 150,
+                     SWP_NOMOVE | SWP_NOZORDER);
+        place(IDC_IMAGE_LIST, listAfter), place(IDOK, okAfter), place(IDC_TITLE, titleAfter);
+        Click(d, IDOK);
+    });
+    ASSERT_TRUE(Run(text));
+    EXPECT_EQ(listAfter.right - listAfter.left, list.right - list.left + 200);
+    EXPECT_EQ(listAfter.bottom - listAfter.top, list.bottom - list.top + 150);
+    EXPECT_EQ(okAfter.left - ok.left, 200);
+    EXPECT_EQ(okAfter.top - ok.top, 150);
+    EXPECT_EQ(titleAfter.top - title.top, 150);
+    EXPECT_EQ(titleAfter.right - title.right, 200);
 }
 
 TEST_F(ImageListDialogTest, RowsShowTheirLinkType) {

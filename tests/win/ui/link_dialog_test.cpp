@@ -107,6 +107,7 @@ TEST_F(LinkDialogTest, SelectTakesThePagesUrlAndCancelInThePickerChangesNothing)
         EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
         Click(d, IDC_SELECT_PAGE);
         EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "index");
+        EXPECT_EQ(GetFocus(), GetDlgItem(d, IDOK)) << "Enter now confirms";
         Click(d, IDOK);
     });
     Then([](HWND picker) { Click(picker, IDCANCEL); });

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <memory>
 
 #include "grid/cell_file.h"
@@ -214,6 +215,67 @@ protected:
     CExtGridCellURL* link = nullptr;
     CExtGridCellImages* images = nullptr;
 };
+
+// What a cell's dialog saw of its surroundings while it was open.
+struct Seen {
+    int dialogs = 0;
+    HWND owner = nullptr;
+    bool ownerEnabled = true;
+    POINT centre{}, ownerCentre{};
+} g_seen;
+
+BOOL CALLBACK NoteAndCancel(HWND hwnd, LPARAM) {
+    char name[16] = {};
+    GetClassNameA(hwnd, name, sizeof name);
+    if (lstrcmpA(name, "#32770") != 0 || !IsWindowVisible(hwnd)) return TRUE;
+    ++g_seen.dialogs;
+    g_seen.owner = GetWindow(hwnd, GW_OWNER);
+    g_seen.ownerEnabled = IsWindowEnabled(g_seen.owner) != FALSE;
+    RECT r, o;
+    GetWindowRect(hwnd, &r);
+    GetWindowRect(g_seen.owner, &o);
+    g_seen.centre = {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+    g_seen.ownerCentre = {(o.left + o.right) / 2, (o.top + o.bottom) / 2};
+    PostMessageA(hwnd, WM_COMMAND, IDCANCEL, 0);
+    return FALSE;
+}
+void CALLBACK NoteAndCancelDialogs(HWND, UINT, UINT_PTR, DWORD) {
+    EnumThreadWindows(GetCurrentThreadId(), NoteAndCancel, 0);
+}
+
+TEST_F(PropertyCellButtons, DialogsAreOwnedCentredAndGiveTheKeyboardBack) {
+    SetWindowPos(frame, nullptr, 300, 200, 600, 500, SWP_NOZORDER | SWP_SHOWWINDOW);
+    for (CExtPropertyValue* row : {linkRow, imagesRow}) {
+        g_seen = {};
+        ClickWith(row, NoteAndCancelDialogs);
+        EXPECT_EQ(g_seen.owner, frame);
+        EXPECT_FALSE(g_seen.ownerEnabled) << "the owner takes no input meanwhile";
+        EXPECT_LE(std::abs(g_seen.centre.x - g_seen.ownerCentre.x), 1);
+        EXPECT_LE(std::abs(g_seen.centre.y - g_seen.ownerCentre.y), 1);
+        EXPECT_TRUE(IsWindowEnabled(frame));
+        EXPECT_EQ(GetFocus(), ctrl.GetGrid().GetHwnd());
+    }
+}
+
+TEST_F(PropertyCellButtons, TheImagesRowOpensItsDialogOnClickDoubleClickEnterAndF4) {
+    CExtPropertyGridWnd& rows = ctrl.GetGrid();
+    HWND grid = rows.GetHwnd();
+    int row = rows.FindRow(imagesRow);
+    RECT value = rows.GetValueRect(row);
+    LPARAM at = MAKELPARAM(value.left + 5, (value.top + value.bottom) / 2);
+    g_seen = {};
+    UINT_PTR timer = SetTimer(nullptr, 0, 50, NoteAndCancelDialogs);
+    rows.FocusSet(rows.FindRow(linkRow));
+    SendMessageA(grid, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    SendMessageA(grid, WM_LBUTTONUP, 0, at);
+    SendMessageA(grid, WM_LBUTTONDBLCLK, MK_LBUTTON, at);
+    SendMessageA(grid, WM_LBUTTONUP, 0, at);
+    SendMessageA(grid, WM_KEYDOWN, VK_RETURN, 0);
+    SendMessageA(grid, WM_KEYDOWN, VK_F4, 0);
+    KillTimer(nullptr, timer);
+    EXPECT_EQ(g_seen.dialogs, 4);
+    EXPECT_EQ(images->GetImageListText(), "<GALLERY/>");
+}
 
 TEST_F(PropertyCellButtons, CancelledDialogsChangeNothingAndRaiseNothing) {
     ClickWith(linkRow, CancelDialogs);

@@ -130,6 +130,10 @@ TEST_F(PropertiesDialogTest, OneCategoryPerCategoryAndARowPerKnownType) {
     EXPECT_EQ(Row("Main", "Text")->ValueActiveGet()->GetText(), "a & b");
     // The building happens once.
     EXPECT_EQ(m_dialog->BuildPropertyStore(), store);
+    // The keyboard starts on the first property, not on a category or OK.
+    CExtPropertyGridWnd& rows = m_dialog->Grid().GetGrid();
+    EXPECT_EQ(rows.FocusItem(), Row("Main", "Flag"));
+    EXPECT_EQ(GetFocus(), rows.GetHwnd());
 }
 
 TEST_F(PropertiesDialogTest, ValuesGivenToTheDialogWinOverTheDefinition) {
@@ -179,6 +183,9 @@ TEST_F(PropertiesDialogTest, ColoursAreReadLenientlyAndWrittenAsSevenCharacters)
     EXPECT_EQ(green->GetCustomColorCaption(), "More colors...");
     Confirm("C", "Green");
     EXPECT_EQ(Stored("$Green$"), "#00FF00");
+    // Clearing would show "None" but give the page no colour: refused.
+    EXPECT_FALSE(green->ValidateText(""));
+    EXPECT_TRUE(green->ValidateText("#102030"));
 }
 
 TEST_F(PropertiesDialogTest, FontSizesSelectByNumberAndAreBoundToTheList) {
@@ -217,7 +224,7 @@ TEST_F(PropertiesDialogTest, ChoicesSplitAtBarsAndTheLastEqualEntryIsSelected) {
     EXPECT_EQ(Stored("$Twice$"), "b");
 }
 
-TEST_F(PropertiesDialogTest, AFontThatIsNotInstalledIsShownButStoredEmptyOnceChanged) {
+TEST_F(PropertiesDialogTest, FontNamesAreTheListsInAnyCaseAndAnUnlistedOneIsNeverTyped) {
     Open(kEveryType);
     auto* face = CellOf<CExtGridCellFontComboBox>("Main", "Face");
     EXPECT_EQ(face->GetText(), "NoSuchFace");
@@ -225,11 +232,29 @@ TEST_F(PropertiesDialogTest, AFontThatIsNotInstalledIsShownButStoredEmptyOnceCha
     EXPECT_FALSE(face->IsListBound());
     Confirm("Main", "Face");
     EXPECT_EQ(Stored("$Face$"), "");
-    if (face->GetCount() > 0) {
-        face->SetCurSel(0);
-        Confirm("Main", "Face");
-        EXPECT_EQ(Stored("$Face$"), face->GetString(0));
-    }
+    // Typing a name that is not listed is refused, so the row never shows
+    // what it would not store.
+    EXPECT_FALSE(face->ValidateText("NoSuchFace"));
+    // Names match without regard to case; the list's spelling is stored, and
+    // the drop-down opens at it. (The list keeps duplicates: take the first
+    // entry that is not the first name.)
+    int at = 1;
+    while (at < face->GetCount() && face->FindStringExact(face->GetString(at)) == 0) ++at;
+    ASSERT_LT(at, face->GetCount());
+    std::string listed = face->GetString(at), typed = listed;
+    for (char& c : typed) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c >= 'A' && c <= 'Z' ? c + 32 : c);
+    EXPECT_TRUE(face->ValidateText(typed));
+    face->SetText(typed);
+    Confirm("Main", "Face");
+    EXPECT_EQ(Stored("$Face$"), listed);
+    CExtPropertyGridWnd& rows = m_dialog->Grid().GetGrid();
+    rows.FocusSet(rows.FindRow(Row("Main", "Face")));
+    rows.ClickButton(0);
+    ASSERT_TRUE(rows.IsEditing());
+    HWND combo = rows.EditorHwnd();  // the combo box's edit part
+    if (GetParent(combo) != rows.GetHwnd()) combo = GetParent(combo);
+    EXPECT_EQ(SendMessageA(combo, CB_GETCURSEL, 0, 0), at);
+    rows.CancelEdit();
 }
 
 TEST_F(PropertiesDialogTest, OnlyTheFirstCategoryOfAnAmbiguousNameIsSearched) {
