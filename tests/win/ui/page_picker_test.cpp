@@ -4,6 +4,7 @@
 #include "ui/link_dialog_resources.h"
 #include "ui/link_type.h"
 #include "ui/page_picker.h"
+#include "ui/small_icons.h"
 
 namespace {
 
@@ -117,9 +118,23 @@ TEST_F(PagePickerTest, TheLastExpandedFolderIsRememberedAndOpenedAgain) {
     EXPECT_EQ(settings_.GetString("Settings", "LastExpanded"), "old");
 }
 
+TEST(PickerIcons, ScaleWithTheDpiLikeTheRest) {
+    for (auto [dpi, side] : {std::pair{96, 16}, std::pair{144, 24}}) {
+        HIMAGELIST icons = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE}, dpi);
+        int w = 0, h = 0;
+        ImageList_GetIconSize(icons, &w, &h);
+        EXPECT_EQ(std::pair(w, h), std::pair(side, side)) << dpi;
+        EXPECT_EQ(ImageList_GetImageCount(icons), 2);
+        ImageList_Destroy(icons);
+    }
+}
+
 TEST_F(PagePickerTest, ResizingStretchesTheTreeAndMovesTheButtons) {
     Then([&](HWND d) {
         HWND tree = GetDlgItem(d, IDC_PAGE_TREE), ok = GetDlgItem(d, IDOK);
+        int w = 0, h = 0;  // the tree's icons follow the screen's DPI
+        ImageList_GetIconSize(TreeView_GetImageList(tree, TVSIL_NORMAL), &w, &h);
+        EXPECT_EQ(w, MulDiv(16, ScreenDpi(), 96));
         RECT window, treeBefore, okBefore, treeAfter, okAfter;
         GetWindowRect(d, &window);
         GetWindowRect(tree, &treeBefore);
