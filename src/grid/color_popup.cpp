@@ -196,13 +196,11 @@ bool CExtColorPopup::HandleKey(WPARAM key) {
     }
 }
 
-LRESULT CALLBACK CExtColorPopup::WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<CExtColorPopup*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
-    if (message == WM_NCCREATE) {
-        self = static_cast<CExtColorPopup*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
-        SetWindowLongPtrA(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-    }
-    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
+void CExtColorPopup::OnBindWindow(HWND hwnd) { m_hwnd = hwnd; }
+
+LRESULT CExtColorPopup::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND hwnd = m_hwnd;
+    CExtColorPopup* self = this;
     switch (message) {
     case WM_ERASEBKGND: return 1;
     case WM_PAINT: {
@@ -249,7 +247,7 @@ LRESULT CALLBACK CExtColorPopup::WindowProc(HWND hwnd, UINT message, WPARAM wPar
 
 CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRight, COLORREF current,
                                              COLORREF* picked) {
-    if (!EnsureGridWindowClass(kClassName, WindowProc, CS_DROPSHADOW | CS_SAVEBITS)) return Result::Cancelled;
+    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtColorPopup>, CS_DROPSHADOW | CS_SAVEBITS)) return Result::Cancelled;
     m_current = current;
     m_done = false;
     m_result = Result::Cancelled;

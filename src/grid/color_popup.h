@@ -5,6 +5,7 @@
 // Keys pressed while it is open steer it: arrows, Enter or Space, Esc.
 #include <windows.h>
 
+#include "grid/window_binding.h"
 #include <string>
 #include <vector>
 
@@ -45,7 +46,11 @@ private:
     void Finish(int entry);
     void SetHot(int entry);
     bool HandleKey(WPARAM key);
-    static LRESULT CALLBACK WindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    template <class T>
+    friend LRESULT CALLBACK BoundWindowProc(HWND, UINT, WPARAM, LPARAM);
+    void OnBindWindow(HWND hwnd);
+    void OnUnbindWindow() {}
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 
     const CExtGridPaintManager* m_pm;
     bool m_showAutomatic = false;

@@ -11,20 +11,12 @@
 #include "xml/ascii.h"
 
 namespace {
-const char kOldProcProperty[] = "PwGridEditorOldProc";
-const char kEditorProperty[] = "PwGridEditor";
 
 constexpr int kVisibleListEntries = 12;
 }  // namespace
 
 bool CExtGridInplaceEditor::IsCombo() const {
     return m_kind == CExtGridCell::EditorKind::ComboBox || m_kind == CExtGridCell::EditorKind::DropList;
-}
-
-void CExtGridInplaceEditor::Subclass(HWND hwnd) {
-    SetPropA(hwnd, kEditorProperty, this);
-    LONG_PTR old = SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SubclassProc));
-    SetPropA(hwnd, kOldProcProperty, reinterpret_cast<HANDLE>(old));
 }
 
 bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect, const RECT& valueRect,
@@ -85,8 +77,8 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
         SendMessageA(m_control, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
         if (m_kind == CExtGridCell::EditorKind::Password) SendMessageA(m_control, EM_SETPASSWORDCHAR, '*', 0);
     }
-    Subclass(m_control);
-    if (m_comboEdit) Subclass(m_comboEdit);
+    SubclassControl(m_control, this);
+    if (m_comboEdit) SubclassControl(m_comboEdit, this);
     ShowWindow(m_control, SW_SHOW);
     SetFocus(FocusHwnd());
     if (initialText) {
@@ -146,20 +138,12 @@ int CExtGridInplaceEditor::GetListSelection() const {
     return m_control && IsCombo() ? static_cast<int>(SendMessageA(m_control, CB_GETCURSEL, 0, 0)) : -1;
 }
 
-LRESULT CALLBACK CExtGridInplaceEditor::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto oldProc = reinterpret_cast<WNDPROC>(GetPropA(hwnd, kOldProcProperty));
-    auto* self = static_cast<CExtGridInplaceEditor*>(GetPropA(hwnd, kEditorProperty));
-    if (message == WM_NCDESTROY) {
-        RemovePropA(hwnd, kOldProcProperty);
-        RemovePropA(hwnd, kEditorProperty);
-        SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(oldProc));
-        return CallWindowProcA(oldProc, hwnd, message, wParam, lParam);
-    }
-    if (!self || !oldProc) return DefWindowProcA(hwnd, message, wParam, lParam);
+LRESULT CExtGridInplaceEditor::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    CExtGridInplaceEditor* self = this;
     switch (message) {
     case WM_GETDLGCODE:
         // Enter, Esc and Tab belong to the editor, not to the dialog around the grid.
-        return CallWindowProcA(oldProc, hwnd, message, wParam, lParam) | DLGC_WANTALLKEYS;
+        return CallOriginalProc(hwnd, message, wParam, lParam) | DLGC_WANTALLKEYS;
     case WM_KEYDOWN: {
         bool dropped = self->IsDroppedDown();
         bool shift = GetKeyState(VK_SHIFT) < 0;
@@ -194,12 +178,12 @@ LRESULT CALLBACK CExtGridInplaceEditor::SubclassProc(HWND hwnd, UINT message, WP
         if (wParam == '\r' || wParam == '\x1b' || wParam == '\t') return 0;   // no beeps
         break;
     case WM_KILLFOCUS: {
-        LRESULT result = CallWindowProcA(oldProc, hwnd, message, wParam, lParam);
+        LRESULT result = CallOriginalProc(hwnd, message, wParam, lParam);
         HWND to = reinterpret_cast<HWND>(wParam);
         bool staysInside = to && (to == self->m_control || IsChild(self->m_control, to));
         if (!self->m_closing && self->m_control && !staysInside) self->m_grid.OnEditorFocusLost(to);
         return result;
     }
     }
-    return CallWindowProcA(oldProc, hwnd, message, wParam, lParam);
+    return CallOriginalProc(hwnd, message, wParam, lParam);
 }

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "grid/window_binding.h"
 #include "grid/grid_cell.h"
 
 class CExtPropertyGridWnd;
@@ -36,8 +37,10 @@ public:
     int GetListSelection() const;
 
 private:
-    static LRESULT CALLBACK SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
-    void Subclass(HWND hwnd);
+    template <class T>
+    friend LRESULT CALLBACK window_binding::Thunk(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR);
+    // The messages of the editing control (and of a combo box's edit part).
+    LRESULT SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
     CExtPropertyGridWnd& m_grid;
     HWND m_control = nullptr;

@@ -9,7 +9,6 @@
 
 namespace {
 const char kClassName[] = "PwPropertyGridCtrl";
-const char kCtrlProperty[] = "PwPropertyGridCtrl";
 constexpr int kComboBarId = 100;
 constexpr int kRowsId = 101;
 constexpr int kFilterId = 102;
@@ -27,7 +26,7 @@ CExtPropertyGridCtrl::~CExtPropertyGridCtrl() {
 }
 
 bool CExtPropertyGridCtrl::Create(HWND parent, const RECT& rect, int id) {
-    if (!EnsureGridWindowClass(kClassName, StaticProc, CS_DBLCLKS)) return false;
+    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtPropertyGridCtrl>, CS_DBLCLKS)) return false;
     m_hwnd = CreateWindowExA(WS_EX_CONTROLPARENT, kClassName, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPCHILDREN,
                              rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, parent,
                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), OwnModule(), this);
@@ -55,9 +54,7 @@ void CExtPropertyGridCtrl::CreateChildren() {
                                    GetModuleHandleA(nullptr), nullptr);
     SendMessageA(m_filterEdit, WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), FALSE);
     SendMessageW(m_filterEdit, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(L"Filter"));
-    SetPropA(m_filterEdit, kCtrlProperty, this);
-    m_filterOldProc = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrA(m_filterEdit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(FilterProc)));
+    SubclassControl(m_filterEdit, this);
     if (m_toolTipsEnabled) CreateToolbarTips();
 }
 
@@ -234,7 +231,7 @@ bool CExtPropertyGridCtrl::PreTranslateGridMessage(MSG* msg) {
         char name[64] = {};
         GetClassNameA(hwnd, name, sizeof name);
         if (lstrcmpA(name, kClassName) == 0) {
-            auto* ctrl = reinterpret_cast<CExtPropertyGridCtrl*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+            auto* ctrl = BoundObject<CExtPropertyGridCtrl>(hwnd);
             return ctrl && ctrl->PreTranslateMessage(msg);
         }
         if (!(GetWindowLongA(hwnd, GWL_STYLE) & WS_CHILD)) break;
@@ -420,10 +417,8 @@ void CExtPropertyGridCtrl::Paint(HDC dc) {
 
 // ---- messages -------------------------------------------------------------------------------
 
-LRESULT CALLBACK CExtPropertyGridCtrl::FilterProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = static_cast<CExtPropertyGridCtrl*>(GetPropA(hwnd, kCtrlProperty));
-    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
-    WNDPROC old = self->m_filterOldProc;
+LRESULT CExtPropertyGridCtrl::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    CExtPropertyGridCtrl* self = this;
     if (message == WM_KEYDOWN) {
         if (wParam == VK_ESCAPE) {
             // Esc clears the filter, a second Esc closes the box.
@@ -438,30 +433,16 @@ LRESULT CALLBACK CExtPropertyGridCtrl::FilterProc(HWND hwnd, UINT message, WPARA
         }
     }
     if (message == WM_CHAR && (wParam == '\x1b' || wParam == '\r')) return 0;
-    if (message == WM_GETDLGCODE) return CallWindowProcA(old, hwnd, message, wParam, lParam) | DLGC_WANTALLKEYS;
-    if (message == WM_NCDESTROY) {
-        RemovePropA(hwnd, kCtrlProperty);
-        SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old));
-    }
-    return CallWindowProcA(old, hwnd, message, wParam, lParam);
+    if (message == WM_GETDLGCODE) return CallOriginalProc(hwnd, message, wParam, lParam) | DLGC_WANTALLKEYS;
+    return CallOriginalProc(hwnd, message, wParam, lParam);
 }
 
-LRESULT CALLBACK CExtPropertyGridCtrl::StaticProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<CExtPropertyGridCtrl*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
-    if (message == WM_NCCREATE) {
-        self = static_cast<CExtPropertyGridCtrl*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
-        SetWindowLongPtrA(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-        self->m_hwnd = hwnd;
-    }
-    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
-    if (message == WM_NCDESTROY) {
-        self->m_hwnd = nullptr;
-        self->m_filterEdit = nullptr;
-        self->m_toolbarTips = nullptr;
-        SetWindowLongPtrA(hwnd, GWLP_USERDATA, 0);
-        return DefWindowProcA(hwnd, message, wParam, lParam);
-    }
-    return self->WindowProc(message, wParam, lParam);
+void CExtPropertyGridCtrl::OnBindWindow(HWND hwnd) { m_hwnd = hwnd; }
+
+void CExtPropertyGridCtrl::OnUnbindWindow() {
+    m_hwnd = nullptr;
+    m_filterEdit = nullptr;
+    m_toolbarTips = nullptr;
 }
 
 LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "grid/window_binding.h"
 #include "grid/paint_manager.h"
 #include "grid/property_grid_combo_bar.h"
 #include "grid/property_grid_wnd.h"
@@ -94,7 +95,14 @@ protected:
     void OnGridFindRequested() override { ShowFilter(true); if (m_filterEdit) SetFocus(m_filterEdit); }
 
 private:
-    static LRESULT CALLBACK StaticProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    template <class T>
+    friend LRESULT CALLBACK BoundWindowProc(HWND, UINT, WPARAM, LPARAM);
+    void OnBindWindow(HWND hwnd);
+    void OnUnbindWindow();
+    template <class T>
+    friend LRESULT CALLBACK window_binding::Thunk(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR);
+    // The filter box's messages (it is subclassed).
+    LRESULT SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
     void CreateChildren();
     void Layout();
     void Paint(HDC dc);
@@ -107,7 +115,6 @@ private:
     void CreateToolbarTips();
     void ShowContextMenu(POINT screen);
     void FontsChanged();
-    static LRESULT CALLBACK FilterProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
     CExtGridPaintManager m_pm;
     std::unique_ptr<CExtPropertyGridWnd> m_grid;
@@ -115,7 +122,6 @@ private:
     HWND m_hwnd = nullptr;
     HWND m_filterEdit = nullptr;
     HWND m_toolbarTips = nullptr;
-    WNDPROC m_filterOldProc = nullptr;
     bool m_filterShown = false;
     bool m_tipShown = true;
     bool m_toolTipsEnabled = true;

@@ -37,7 +37,7 @@ CExtPropertyGridWnd::~CExtPropertyGridWnd() {
 }
 
 bool CExtPropertyGridWnd::Create(HWND parent, const RECT& rect, int id) {
-    if (!EnsureGridWindowClass(kClassName, StaticProc, CS_DBLCLKS)) return false;
+    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtPropertyGridWnd>, CS_DBLCLKS)) return false;
     m_hwnd = CreateWindowExA(0, kClassName, "", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | WS_CLIPCHILDREN,
                              rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, parent,
                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), OwnModule(), this);
@@ -934,21 +934,11 @@ void CExtPropertyGridWnd::OnLButtonDown(POINT point, bool doubleClick) {
     }
 }
 
-LRESULT CALLBACK CExtPropertyGridWnd::StaticProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<CExtPropertyGridWnd*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
-    if (message == WM_NCCREATE) {
-        self = static_cast<CExtPropertyGridWnd*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
-        SetWindowLongPtrA(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-        self->m_hwnd = hwnd;
-    }
-    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
-    if (message == WM_NCDESTROY) {
-        self->ReleaseAccessible();
-        self->m_hwnd = nullptr;
-        SetWindowLongPtrA(hwnd, GWLP_USERDATA, 0);
-        return DefWindowProcA(hwnd, message, wParam, lParam);
-    }
-    return self->WindowProc(message, wParam, lParam);
+void CExtPropertyGridWnd::OnBindWindow(HWND hwnd) { m_hwnd = hwnd; }
+
+void CExtPropertyGridWnd::OnUnbindWindow() {
+    ReleaseAccessible();
+    m_hwnd = nullptr;
 }
 
 LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {

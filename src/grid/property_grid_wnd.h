@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "grid/window_binding.h"
 #include "grid/grid_cell.h"
 #include "grid/paint_manager.h"
 #include "grid/property_store.h"
@@ -115,7 +116,10 @@ private:
         int depth;   // nesting below the category (categories and top values: 0)
     };
 
-    static LRESULT CALLBACK StaticProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    template <class T>
+    friend LRESULT CALLBACK BoundWindowProc(HWND, UINT, WPARAM, LPARAM);
+    void OnBindWindow(HWND hwnd);
+    void OnUnbindWindow();
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 
     void BuildRows();

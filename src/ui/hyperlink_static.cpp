@@ -4,15 +4,8 @@
 
 #include "platform/own_module.h"
 
-namespace {
-const char kSelfProperty[] = "PwHyperlinkStatic";
-}
-
 CHyperlinkStatic::~CHyperlinkStatic() {
-    if (m_hwnd && IsWindow(m_hwnd)) {
-        SetWindowLongPtrA(m_hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_oldProc));
-        RemovePropA(m_hwnd, kSelfProperty);
-    }
+    if (m_hwnd && IsWindow(m_hwnd)) UnsubclassControl(m_hwnd, this);
     if (m_underlined) DeleteObject(m_underlined);
 }
 
@@ -28,9 +21,7 @@ bool CHyperlinkStatic::Attach(HWND dialog, int controlId) {
         m_underlined = CreateFontIndirectA(&lf);
         if (m_underlined) SendMessageA(m_hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(m_underlined), FALSE);
     }
-    SetPropA(m_hwnd, kSelfProperty, this);
-    m_oldProc = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(m_hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SubclassProc)));
-    return true;
+    return SubclassControl(m_hwnd, this);
 }
 
 HBRUSH CHyperlinkStatic::OnCtlColor(HDC dc) const {
@@ -43,9 +34,8 @@ void CHyperlinkStatic::Open() const {
     if (!m_target.empty()) ShellExecuteA(nullptr, "open", m_target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
-LRESULT CALLBACK CHyperlinkStatic::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = static_cast<CHyperlinkStatic*>(GetPropA(hwnd, kSelfProperty));
-    if (!self) return DefWindowProcA(hwnd, message, wParam, lParam);
+LRESULT CHyperlinkStatic::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    CHyperlinkStatic* self = this;
     switch (message) {
     case WM_NCHITTEST:
         // Static controls are transparent to the mouse unless they say otherwise.
@@ -62,5 +52,5 @@ LRESULT CALLBACK CHyperlinkStatic::SubclassProc(HWND hwnd, UINT message, WPARAM 
     default:
         break;
     }
-    return CallWindowProcA(self->m_oldProc, hwnd, message, wParam, lParam);
+    return CallOriginalProc(hwnd, message, wParam, lParam);
 }

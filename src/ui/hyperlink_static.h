@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "grid/window_binding.h"
+
 class CHyperlinkStatic {
 public:
     static constexpr COLORREF kLinkColor = RGB(0, 0, 0xFF);
@@ -32,10 +34,11 @@ public:
     void Open() const;
 
 private:
-    static LRESULT CALLBACK SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    template <class T>
+    friend LRESULT CALLBACK window_binding::Thunk(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR);
+    LRESULT SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
     HWND m_hwnd = nullptr;
-    WNDPROC m_oldProc = nullptr;
     COLORREF m_linkColor = kLinkColor;
     HCURSOR m_cursor = nullptr;
     std::string m_target;

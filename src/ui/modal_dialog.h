@@ -6,6 +6,7 @@
 // opens centred over the window that owns it (disabled while it runs).
 #include <windows.h>
 
+#include "grid/window_binding.h"
 #include "ui/common_controls.h"
 #include "ui/dialog_shown_hook.h"
 #include "platform/own_module.h"
@@ -14,24 +15,24 @@
 // kept inside the work area of the owner's monitor.
 void CenterOverOwner(HWND dialog, HWND owner);
 
+// What every modal dialog of ours does around its owner's handling.
 template <class Owner>
-INT_PTR CALLBACK ModalDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrA(dialog, DWLP_USER, lParam);
-        CenterOverOwner(dialog, GetWindow(dialog, GW_OWNER));
+struct ModalDialog {
+    Owner* owner;
+    INT_PTR DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_INITDIALOG) CenterOverOwner(dialog, GetWindow(dialog, GW_OWNER));
+        if (HandleDialogShown(dialog, message)) return TRUE;
+        INT_PTR result = owner->OnMessage(dialog, message, wParam, lParam);
+        if (message == WM_INITDIALOG) AnnounceDialogShown(dialog);
+        return result;
     }
-    auto* owner = reinterpret_cast<Owner*>(GetWindowLongPtrA(dialog, DWLP_USER));
-    if (!owner) return FALSE;
-    if (HandleDialogShown(dialog, message)) return TRUE;
-    INT_PTR result = owner->OnMessage(dialog, message, wParam, lParam);
-    if (message == WM_INITDIALOG) AnnounceDialogShown(dialog);
-    return result;
-}
+};
 
 // The dialog's result (IDOK, IDCANCEL, ...), or -1 when it could not be made.
 template <class Owner>
 INT_PTR RunModalDialog(HWND parent, LPCSTR templateName, Owner* owner) {
     EnsureCommonControls();
-    return DialogBoxParamA(OwnModule(), templateName, parent, &ModalDialogProc<Owner>,
-                           reinterpret_cast<LPARAM>(owner));
+    ModalDialog<Owner> dialog{owner};
+    return DialogBoxParamA(OwnModule(), templateName, parent, &BoundDialogProc<ModalDialog<Owner>>,
+                           reinterpret_cast<LPARAM>(&dialog));
 }

@@ -40,7 +40,8 @@ CPropertiesDialog::~CPropertiesDialog() {
 HWND CPropertiesDialog::Create(HWND parent) {
     m_ended = false;
     m_result = IDCANCEL;
-    m_hwnd = CreateDialogParamA(OwnModule(), kTemplateName, parent, DialogProc, reinterpret_cast<LPARAM>(this));
+    m_hwnd = CreateDialogParamA(OwnModule(), kTemplateName, parent, BoundDialogProc<CPropertiesDialog>,
+                               reinterpret_cast<LPARAM>(this));
     return m_hwnd;
 }
 
@@ -85,15 +86,12 @@ void CPropertiesDialog::End(int result) {
     m_ended = true;
 }
 
-INT_PTR CALLBACK CPropertiesDialog::DialogProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CPropertiesDialog::DialogProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_INITDIALOG) {
-        auto* self = reinterpret_cast<CPropertiesDialog*>(lParam);
-        SetWindowLongPtrA(hwnd, DWLP_USER, lParam);
-        self->m_hwnd = hwnd;
-        return self->OnInitDialog();
+        m_hwnd = hwnd;
+        return OnInitDialog();
     }
-    auto* self = reinterpret_cast<CPropertiesDialog*>(GetWindowLongPtrA(hwnd, DWLP_USER));
-    return self ? self->HandleMessage(message, wParam, lParam) : FALSE;
+    return HandleMessage(message, wParam, lParam);
 }
 
 INT_PTR CPropertiesDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {

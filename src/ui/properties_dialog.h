@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "grid/window_binding.h"
 #include "grid/property_grid_ctrl.h"
 #include "ui/hyperlink_static.h"
 #include "xml/hashed_string_map.h"
@@ -66,7 +67,9 @@ public:
     void OnValueChanged(CExtPropertyValue& item);
 
 private:
-    static INT_PTR CALLBACK DialogProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    template <class T>
+    friend INT_PTR CALLBACK BoundDialogProc(HWND, UINT, WPARAM, LPARAM);
+    INT_PTR DialogProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     BOOL OnInitDialog();
     void End(int result);
