@@ -4,12 +4,14 @@
 
 #include "xml/ascii.h"
 
-std::string FormatColorText(COLORREF color) {
-    if (color == kNoColor) return std::string();
+std::string FormatColorHex(COLORREF color) {
     char text[8];
-    std::snprintf(text, sizeof text, "#%02X%02X%02X", GetRValue(color), GetGValue(color), GetBValue(color));
+    std::snprintf(text, sizeof text, "#%02X%02X%02X", static_cast<unsigned>(GetRValue(color)),
+                  static_cast<unsigned>(GetGValue(color)), static_cast<unsigned>(GetBValue(color)));
     return text;
 }
+
+std::string FormatColorText(COLORREF color) { return color == kNoColor ? std::string() : FormatColorHex(color); }
 
 namespace {
 int HexDigit(char c) {
@@ -35,4 +37,16 @@ bool ParseColorText(const std::string& text, COLORREF* color) {
     }
     *color = RGB((value >> 16) & 0xFF, (value >> 8) & 0xFF, value & 0xFF);
     return true;
+}
+
+COLORREF ParseColorAfterHash(std::string_view text) {
+    std::size_t hash = text.find('#');
+    if (hash == std::string_view::npos) return kNoColor;
+    unsigned long rgb = 0;
+    for (std::size_t i = hash + 1; i < text.size(); ++i) {
+        int digit = HexDigit(text[i]);
+        if (digit < 0) break;
+        rgb = (rgb << 4) | static_cast<unsigned long>(digit);
+    }
+    return RGB((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, rgb & 0xFF);
 }

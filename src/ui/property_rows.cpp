@@ -12,7 +12,6 @@
 #include "ui/cell_font_combo.h"
 #include "ui/cell_images.h"
 #include "ui/cell_url.h"
-#include "ui/color_format.h"
 #include "ui/properties_dialog.h"
 #include "xml/ascii.h"
 
@@ -67,7 +66,7 @@ std::string ValueTextOf(PropertyType type, CExtGridCell* cell) {
         return cell->IsKindOf(CExtGridCellBool::kClass) && static_cast<CExtGridCellBool*>(cell)->GetChecked() ? "true"
                                                                                                               : "false";
     case PropertyType::kColor:
-        return cell->IsKindOf(CExtGridCellColor::kClass) ? FormatColor(static_cast<CExtGridCellColor*>(cell)->GetColor())
+        return cell->IsKindOf(CExtGridCellColor::kClass) ? FormatColorHex(static_cast<CExtGridCellColor*>(cell)->GetColor())
                                                          : std::string();
     case PropertyType::kText:
     case PropertyType::kFile:
@@ -112,7 +111,7 @@ CExtPropertyStore* CPropertiesDialog::BuildPropertyStore() {
                 break;
             case PropertyType::kColor: {
                 auto* cell = item->ValueActiveGetByRTC<CExtGridCellColor>();
-                cell->SetColor(ParseColor(value));
+                cell->SetColor(ParseColorAfterHash(value));
                 cell->SetCustomColorCaption("More colors...");
                 cell->EnableAutomatic(false, static_cast<COLORREF>(-1));
                 cell->AllowNoColor(false);  // the page needs #RRGGBB

@@ -4,25 +4,25 @@
 
 #include <gtest/gtest.h>
 
-#include "ui/color_format.h"
+#include "grid/color_text.h"
 #include "ui/font_list.h"
 
 TEST(PropertiesColor, ReadsTheDigitsAfterTheFirstNumberSign) {
-    EXPECT_EQ(ParseColor("#FF8000"), RGB(255, 128, 0));
-    EXPECT_EQ(ParseColor("#ff8000"), RGB(255, 128, 0));
-    EXPECT_EQ(ParseColor("x#00ff00"), RGB(0, 255, 0));
-    EXPECT_EQ(ParseColor("#0000FF#FF0000"), RGB(0, 0, 255));
-    EXPECT_EQ(ParseColor("#F0"), RGB(0, 0, 0xF0));          // a short number is 0xRRGGBB all the same
-    EXPECT_EQ(ParseColor("#12345zz"), RGB(0x01, 0x23, 0x45));
-    EXPECT_EQ(ParseColor("red"), static_cast<COLORREF>(-1));
-    EXPECT_EQ(ParseColor(""), static_cast<COLORREF>(-1));
+    EXPECT_EQ(ParseColorAfterHash("#FF8000"), RGB(255, 128, 0));
+    EXPECT_EQ(ParseColorAfterHash("#ff8000"), RGB(255, 128, 0));
+    EXPECT_EQ(ParseColorAfterHash("x#00ff00"), RGB(0, 255, 0));
+    EXPECT_EQ(ParseColorAfterHash("#0000FF#FF0000"), RGB(0, 0, 255));
+    EXPECT_EQ(ParseColorAfterHash("#F0"), RGB(0, 0, 0xF0));          // a short number is 0xRRGGBB all the same
+    EXPECT_EQ(ParseColorAfterHash("#12345zz"), RGB(0x01, 0x23, 0x45));
+    EXPECT_EQ(ParseColorAfterHash("red"), static_cast<COLORREF>(-1));
+    EXPECT_EQ(ParseColorAfterHash(""), static_cast<COLORREF>(-1));
 }
 
 TEST(PropertiesColor, WritesSevenUpperCaseCharactersRedFirst) {
-    EXPECT_EQ(FormatColor(RGB(0x1E, 0x3A, 0x5F)), "#1E3A5F");
-    EXPECT_EQ(FormatColor(RGB(0, 0, 0)), "#000000");
-    EXPECT_EQ(FormatColor(static_cast<COLORREF>(-1)), "#FFFFFF");
-    EXPECT_EQ(FormatColor(ParseColor("#abcdef")), "#ABCDEF");
+    EXPECT_EQ(FormatColorHex(RGB(0x1E, 0x3A, 0x5F)), "#1E3A5F");
+    EXPECT_EQ(FormatColorHex(RGB(0, 0, 0)), "#000000");
+    EXPECT_EQ(FormatColorHex(static_cast<COLORREF>(-1)), "#FFFFFF");
+    EXPECT_EQ(FormatColorHex(ParseColorAfterHash("#abcdef")), "#ABCDEF");
 }
 
 TEST(PropertiesFontList, NamesGoAfterTheLastLowerOrEqualEntry) {
