@@ -7,7 +7,7 @@
 #include "definition/builtin_definition.h"
 #include "html/image_list.h"
 #include "html/definition_model.h"
-#include "io.h"
+#include "pwext_io.h"
 #if defined(PW_HAVE_LIBXSLT)
 #include "platform/libxslt_transformer.h"
 #endif

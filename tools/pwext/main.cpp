@@ -9,8 +9,7 @@
 
 #ifdef _WIN32
 #include <fcntl.h>
-// From the C runtime's <io.h>, which our own io.h hides on the include path.
-extern "C" int __cdecl _setmode(int fd, int mode);
+#include <io.h>
 #endif
 
 namespace pwext {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "command.h"
-#include "io.h"
+#include "pwext_io.h"
 #include "xml/base64.h"
 
 namespace pwext {

@@ -5,7 +5,7 @@
 #include "command.h"
 #include "definition/builtin_definition.h"
 #include "definition_checks.h"
-#include "io.h"
+#include "pwext_io.h"
 #if defined(PW_HAVE_LIBXSLT)
 #include "platform/libxslt_transformer.h"
 #endif

@@ -2,7 +2,7 @@
 // carries it in its "extension.xml" resource.
 #include "command.h"
 #include "definition/builtin_definition.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

@@ -1,7 +1,7 @@
 // pwext html body|head|tail: the HTML an extension object gives its host.
 #include "command.h"
 #include "host_options.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

@@ -11,7 +11,7 @@
 #include "extension/definition_root.h"
 #include "html/definition_model.h"
 #include "definition_checks.h"
-#include "io.h"
+#include "pwext_io.h"
 #include "xml/ascii.h"
 #include "xml/base64.h"
 #include "xml/xml_document.h"

@@ -1,7 +1,7 @@
 // pwext links: the link properties as the host enumerates and rewrites them.
 #include "command.h"
 #include "host_options.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

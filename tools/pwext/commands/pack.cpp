@@ -5,7 +5,7 @@
 #include "definition/manifest.h"
 #include "definition/packer.h"
 #include "definition_checks.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

@@ -15,7 +15,7 @@
 #include "command.h"
 #include "host_options.h"
 #include "html/snapshot_page.h"
-#include "io.h"
+#include "pwext_io.h"
 #include "xml/base64.h"
 
 #ifndef _WIN32

@@ -9,7 +9,7 @@
 #include "command.h"
 #include "host_options.h"
 #include "html/text_replace.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

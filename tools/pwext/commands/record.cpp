@@ -2,7 +2,7 @@
 #include "command.h"
 #include "extension/project_record.h"
 #include "host_options.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

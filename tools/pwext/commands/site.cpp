@@ -1,7 +1,7 @@
 // pwext site FILE [--current] [--page NAME]: searches of a site structure.
 #include "command.h"
 #include "host_options.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

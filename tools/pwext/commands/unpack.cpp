@@ -6,7 +6,7 @@
 
 #include "command.h"
 #include "definition/unpacker.h"
-#include "io.h"
+#include "pwext_io.h"
 
 namespace pwext {
 namespace {

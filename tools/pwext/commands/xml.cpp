@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "command.h"
-#include "io.h"
+#include "pwext_io.h"
 #include "xml/xml_document.h"
 
 namespace pwext {

@@ -1,4 +1,4 @@
-#include "io.h"
+#include "pwext_io.h"
 
 #include <cerrno>
 #include <cstdio>
