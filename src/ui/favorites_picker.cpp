@@ -40,22 +40,22 @@ std::string ShortcutUrl(const std::string& path) {
     return url;
 }
 
-class FavoritesPicker {
+class CFavoritesPicker {
 public:
-    ~FavoritesPicker() {
-        if (images_) ImageList_Destroy(images_);
+    ~CFavoritesPicker() {
+        if (m_images) ImageList_Destroy(m_images);
     }
 
     bool Run(HWND parent, std::string& url) {
         INT_PTR result = RunModalDialog(parent, PW_DIALOG_SELECT_FAVORITE, this);
         if (result != IDOK) return false;
-        url = chosen_;
+        url = m_chosen;
         return true;
     }
 
     // The dialog procedure, called through RunModalDialog.
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (layout_.HandleMessage(message, wParam, lParam)) return FALSE;
+        if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
             case WM_INITDIALOG:
                 OnInitDialog(dialog);
@@ -76,13 +76,13 @@ public:
 private:
 
     void OnInitDialog(HWND dialog) {
-        dialog_ = dialog;
-        tree_ = GetDlgItem(dialog, IDC_FAVORITES_TREE);
-        layout_.SetUp(dialog, {{IDC_FAVORITES_TREE, kAnchorRightEdge | kAnchorBottomEdge},
+        m_dialog = dialog;
+        m_tree = GetDlgItem(dialog, IDC_FAVORITES_TREE);
+        m_layout.SetUp(dialog, {{IDC_FAVORITES_TREE, kAnchorRightEdge | kAnchorBottomEdge},
                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
-        images_ = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT});
-        TreeView_SetImageList(tree_, images_, TVSIL_NORMAL);
+        m_images = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT});
+        TreeView_SetImageList(m_tree, m_images, TVSIL_NORMAL);
         std::string folder = FavoritesFolder();
         if (!folder.empty()) FillFolder(folder, TVI_ROOT, 0);
     }
@@ -95,7 +95,7 @@ private:
         insert.item.pszText = const_cast<char*>(text.c_str());
         insert.item.iImage = insert.item.iSelectedImage = image;
         insert.item.lParam = data;
-        return reinterpret_cast<HTREEITEM>(SendMessageA(tree_, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+        return reinterpret_cast<HTREEITEM>(SendMessageA(m_tree, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
     }
 
     // The folder's shortcuts, sorted, then its subfolders above them in the
@@ -123,8 +123,8 @@ private:
         std::stable_sort(shortcuts.begin(), shortcuts.end(),
                          [](const Shortcut& a, const Shortcut& b) { return LessIgnoringCase(a.name, b.name); });
         for (const Shortcut& shortcut : shortcuts) {
-            urls_.push_back(shortcut.url);
-            InsertItem(item, TVI_LAST, shortcut.name, kLinkImage, static_cast<LPARAM>(urls_.size() - 1));
+            m_urls.push_back(shortcut.url);
+            InsertItem(item, TVI_LAST, shortcut.name, kLinkImage, static_cast<LPARAM>(m_urls.size() - 1));
         }
 
         if (depth >= kMaximumDepth) return;
@@ -138,22 +138,22 @@ private:
     }
 
     void OnOK() {
-        HTREEITEM selected = TreeView_GetSelection(tree_);
+        HTREEITEM selected = TreeView_GetSelection(m_tree);
         TVITEMA tv = {};
         tv.mask = TVIF_PARAM;
         tv.hItem = selected;
-        if (selected && TreeView_GetItem(tree_, &tv) && tv.lParam >= 0 &&
-            static_cast<std::size_t>(tv.lParam) < urls_.size())
-            chosen_ = urls_[static_cast<std::size_t>(tv.lParam)];
-        if (!chosen_.empty()) EndDialog(dialog_, IDOK);
+        if (selected && TreeView_GetItem(m_tree, &tv) && tv.lParam >= 0 &&
+            static_cast<std::size_t>(tv.lParam) < m_urls.size())
+            m_chosen = m_urls[static_cast<std::size_t>(tv.lParam)];
+        if (!m_chosen.empty()) EndDialog(m_dialog, IDOK);
     }
 
-    HWND dialog_ = nullptr;
-    HWND tree_ = nullptr;
-    HIMAGELIST images_ = nullptr;
-    ResizableDialog layout_;
-    std::vector<std::string> urls_;
-    std::string chosen_;
+    HWND m_dialog = nullptr;
+    HWND m_tree = nullptr;
+    HIMAGELIST m_images = nullptr;
+    CResizableDialog m_layout;
+    std::vector<std::string> m_urls;
+    std::string m_chosen;
 };
 
 }  // namespace
@@ -178,6 +178,6 @@ std::string FavoritesFolder() {
 }
 
 bool RunFavoritesPicker(HWND parent, std::string& url) {
-    FavoritesPicker picker;
+    CFavoritesPicker picker;
     return picker.Run(parent, url);
 }

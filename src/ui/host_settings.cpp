@@ -2,7 +2,7 @@
 
 namespace {
 
-class NoHostSettings final : public HostSettings {
+class CNoHostSettings final : public CHostSettings {
 public:
     std::string GetString(const char*, const char*) override { return {}; }
     void WriteString(const char*, const char*, const std::string&) override {}
@@ -11,13 +11,13 @@ public:
 
 // Constant-initialised, so an installation from another module's static
 // initialiser is never undone by ours.
-HostSettings* g_installed = nullptr;
+CHostSettings* g_installed = nullptr;
 
 }  // namespace
 
-HostSettings& CurrentHostSettings() {
-    static NoHostSettings none;
+CHostSettings& CurrentHostSettings() {
+    static CNoHostSettings none;
     return g_installed ? *g_installed : none;
 }
 
-void InstallHostSettings(HostSettings* settings) { g_installed = settings; }
+void InstallHostSettings(CHostSettings* settings) { g_installed = settings; }

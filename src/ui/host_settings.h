@@ -6,9 +6,9 @@
 // nowhere and there is no registry location.
 #include <string>
 
-class HostSettings {
+class CHostSettings {
 public:
-    virtual ~HostSettings() = default;
+    virtual ~CHostSettings() = default;
 
     // The stored text, or the empty text when there is none.
     virtual std::string GetString(const char* section, const char* entry) = 0;
@@ -21,6 +21,6 @@ public:
 };
 
 // The installed settings, or the empty ones; never null.
-HostSettings& CurrentHostSettings();
+CHostSettings& CurrentHostSettings();
 // Installs settings (not owned; null goes back to the empty ones).
-void InstallHostSettings(HostSettings* settings);
+void InstallHostSettings(CHostSettings* settings);

@@ -53,14 +53,14 @@ std::vector<std::string> SelectedPaths(const char* buffer, std::size_t size) {
     return paths;
 }
 
-class ImageListDialog {
+class CImageListDialog {
 public:
-    ImageListDialog(std::string text, CXmlDocument* site) : imageListText_(std::move(text)), site_(site) {}
+    CImageListDialog(std::string text, CXmlDocument* site) : m_imageListText(std::move(text)), m_site(site) {}
 
     bool Run(HWND parent, std::string& text) {
         INT_PTR result = RunModalDialog(parent, PW_DIALOG_FILES, this);
         if (result != IDOK) return false;
-        text = imageListText_;
+        text = m_imageListText;
         return true;
     }
 
@@ -71,7 +71,7 @@ private:
 public:
     // The dialog procedure, called through RunModalDialog.
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (layout_.HandleMessage(message, wParam, lParam)) return FALSE;
+        if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
             case WM_INITDIALOG:
                 OnInitDialog(dialog);
@@ -84,7 +84,7 @@ public:
                 return FALSE;
             case WM_DESTROY:
                 // The rows' records go with the rows.
-                ListView_DeleteAllItems(list_);
+                ListView_DeleteAllItems(m_list);
                 return FALSE;
         }
         return FALSE;
@@ -95,13 +95,13 @@ private:
     // --- initialisation ----------------------------------------------------------
 
     void OnInitDialog(HWND dialog) {
-        dialog_ = dialog;
-        list_ = GetDlgItem(dialog, IDC_IMAGE_LIST);
+        m_dialog = dialog;
+        m_list = GetDlgItem(dialog, IDC_IMAGE_LIST);
         // A larger dialog gives the list the room; the row fields below it
         // move down and widen, the buttons keep to the right edge.
         const unsigned down = kAnchorTopEdge, downWide = kAnchorTopEdge | kAnchorRightEdge,
                        right = kAnchorLeftEdge, corner = kAnchorLeftEdge | kAnchorTopEdge;
-        layout_.SetUp(dialog, {{IDC_IMAGE_LIST, kAnchorRightEdge | kAnchorBottomEdge},
+        m_layout.SetUp(dialog, {{IDC_IMAGE_LIST, kAnchorRightEdge | kAnchorBottomEdge},
                                {IDC_ADD, right}, {IDC_REMOVE, right}, {IDC_REMOVE_ALL, right},
                                {IDC_MOVE_UP, right}, {IDC_MOVE_DOWN, right},
                                {IDC_FILES_GENERAL_GROUP, downWide | kAnchorRepaint}, {IDC_TITLE_LABEL, down},
@@ -114,18 +114,18 @@ private:
         FillLinkTypeList(dialog);
         for (const char* target : {"_blank", "_self", "_parent", "_top"})
             SendDlgItemMessageA(dialog, IDC_TARGET, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(target));
-        history_.LoadHistory(GetDlgItem(dialog, IDC_LINK), CurrentHostSettings(), "URL_History");
+        m_history.LoadHistory(GetDlgItem(dialog, IDC_LINK), CurrentHostSettings(), "URL_History");
         EnableRowFields(false);
 
         LVCOLUMNA column = {};
         column.mask = LVCF_TEXT | LVCF_FMT;
         column.fmt = LVCFMT_LEFT;
         column.pszText = const_cast<char*>("Filename");
-        SendMessageA(list_, LVM_INSERTCOLUMNA, 0, reinterpret_cast<LPARAM>(&column));
-        ListView_SetExtendedListViewStyle(list_, ListView_GetExtendedListViewStyle(list_) | LVS_EX_FULLROWSELECT);
+        SendMessageA(m_list, LVM_INSERTCOLUMNA, 0, reinterpret_cast<LPARAM>(&column));
+        ListView_SetExtendedListViewStyle(m_list, ListView_GetExtendedListViewStyle(m_list) | LVS_EX_FULLROWSELECT);
 
         CXmlDocument images;
-        images.Parse(imageListText_);
+        images.Parse(m_imageListText);
         CXmlElement* root = images.GetRoot();
         for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
             CXmlElement* image = root->GetChild(i);
@@ -136,24 +136,24 @@ private:
             record->description = images.GetChildValue(image, "DESCRIPTION");
             record->link = images.GetChildValue(image, "URL");
             record->target = images.GetChildValue(image, "TARGET");
-            InsertRow(ListView_GetItemCount(list_), std::move(record));
+            InsertRow(ListView_GetItemCount(m_list), std::move(record));
         }
         SizeColumnsToFit();
     }
 
     void SizeColumnsToFit() {
-        SendMessageA(list_, WM_SETREDRAW, FALSE, 0);
-        HWND header = ListView_GetHeader(list_);
+        SendMessageA(m_list, WM_SETREDRAW, FALSE, 0);
+        HWND header = ListView_GetHeader(m_list);
         int columns = header ? Header_GetItemCount(header) : 1;
         for (int c = 0; c < columns; ++c) {
-            ListView_SetColumnWidth(list_, c, LVSCW_AUTOSIZE);
-            int contents = ListView_GetColumnWidth(list_, c);
-            ListView_SetColumnWidth(list_, c, LVSCW_AUTOSIZE_USEHEADER);
-            int withHeader = ListView_GetColumnWidth(list_, c);
+            ListView_SetColumnWidth(m_list, c, LVSCW_AUTOSIZE);
+            int contents = ListView_GetColumnWidth(m_list, c);
+            ListView_SetColumnWidth(m_list, c, LVSCW_AUTOSIZE_USEHEADER);
+            int withHeader = ListView_GetColumnWidth(m_list, c);
             int width = contents > withHeader ? contents : withHeader;
-            ListView_SetColumnWidth(list_, c, width > kMinimumColumnWidth ? width : kMinimumColumnWidth);
+            ListView_SetColumnWidth(m_list, c, width > kMinimumColumnWidth ? width : kMinimumColumnWidth);
         }
-        SendMessageA(list_, WM_SETREDRAW, TRUE, 0);
+        SendMessageA(m_list, WM_SETREDRAW, TRUE, 0);
     }
 
     // --- rows and records --------------------------------------------------------
@@ -164,7 +164,7 @@ private:
         item.iItem = index;
         item.pszText = const_cast<char*>(record->fileName.c_str());
         item.lParam = reinterpret_cast<LPARAM>(record.get());
-        int at = static_cast<int>(SendMessageA(list_, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+        int at = static_cast<int>(SendMessageA(m_list, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
         if (at >= 0) record.release();
         return at;
     }
@@ -174,17 +174,17 @@ private:
         LVITEMA item = {};
         item.mask = LVIF_PARAM;
         item.iItem = row;
-        if (!SendMessageA(list_, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item))) return nullptr;
+        if (!SendMessageA(m_list, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item))) return nullptr;
         return reinterpret_cast<ImageRecord*>(item.lParam);
     }
 
-    int FirstSelectedRow() const { return ListView_GetNextItem(list_, -1, LVNI_SELECTED); }
+    int FirstSelectedRow() const { return ListView_GetNextItem(m_list, -1, LVNI_SELECTED); }
     // The row whose record the fields show: the first one both selected and
     // focused.
-    int CurrentRow() const { return ListView_GetNextItem(list_, -1, LVNI_SELECTED | LVNI_FOCUSED); }
+    int CurrentRow() const { return ListView_GetNextItem(m_list, -1, LVNI_SELECTED | LVNI_FOCUSED); }
     // The record that edits of the fields go to; none while the fields are
     // being filled from a record.
-    ImageRecord* SelectedRecord() const { return writing_ ? nullptr : RecordOf(CurrentRow()); }
+    ImageRecord* SelectedRecord() const { return m_writing ? nullptr : RecordOf(CurrentRow()); }
 
     // --- commands ----------------------------------------------------------------
 
@@ -194,7 +194,7 @@ private:
             case IDC_REMOVE: if (code == BN_CLICKED) RemoveSelected(); break;
             case IDC_REMOVE_ALL:
                 if (code == BN_CLICKED) {
-                    ListView_DeleteAllItems(list_);
+                    ListView_DeleteAllItems(m_list);
                     ShowSelectedRow();
                 }
                 break;
@@ -202,17 +202,17 @@ private:
             case IDC_MOVE_DOWN: if (code == BN_CLICKED) MoveSelected(+1); break;
             case IDC_TITLE:
                 if (code == EN_CHANGE)
-                    if (ImageRecord* record = SelectedRecord()) record->title = GetControlText(dialog_, IDC_TITLE);
+                    if (ImageRecord* record = SelectedRecord()) record->title = GetControlText(m_dialog, IDC_TITLE);
                 break;
             case IDC_DESCRIPTION:
                 if (code == EN_CHANGE)
                     if (ImageRecord* record = SelectedRecord())
-                        record->description = GetControlText(dialog_, IDC_DESCRIPTION);
+                        record->description = GetControlText(m_dialog, IDC_DESCRIPTION);
                 break;
             case IDC_LINK_TYPE:
                 if (code == CBN_SELCHANGE) {
                     ReadFields();
-                    ApplyLinkType(dialog_, fields_, fields_.type);
+                    ApplyLinkType(m_dialog, m_fields, m_fields.type);
                     WriteFields();
                 }
                 break;
@@ -227,14 +227,14 @@ private:
             case IDC_FAVORITES: if (code == BN_CLICKED) ChooseFavorite(); break;
             case IDC_SELECT_PAGE: if (code == BN_CLICKED) SelectPage(); break;
             case IDOK: OnOK(); break;
-            case IDCANCEL: EndDialog(dialog_, IDCANCEL); break;
+            case IDCANCEL: EndDialog(m_dialog, IDCANCEL); break;
         }
     }
 
     // The typed text, or on a selection change the chosen entry (the edit
     // part is updated only after the notification).
     std::string ComboText(int id, int code) const {
-        HWND combo = GetDlgItem(dialog_, id);
+        HWND combo = GetDlgItem(m_dialog, id);
         if (code == CBN_SELCHANGE) {
             LRESULT selected = SendMessageA(combo, CB_GETCURSEL, 0, 0);
             LRESULT length = selected == CB_ERR ? CB_ERR : SendMessageA(combo, CB_GETLBTEXTLEN, selected, 0);
@@ -244,14 +244,14 @@ private:
                 return text.data();
             }
         }
-        return GetControlText(dialog_, id);
+        return GetControlText(m_dialog, id);
     }
 
     void AddFiles() {
         std::vector<char> names(kFileNameBufferSize, 0);
         OPENFILENAMEA request = {};
         request.lStructSize = sizeof request;
-        request.hwndOwner = dialog_;
+        request.hwndOwner = m_dialog;
         request.lpstrFilter = kImageFilter;
         request.nFilterIndex = 1;
         request.lpstrFile = names.data();
@@ -260,20 +260,20 @@ private:
         request.Flags = OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_NOVALIDATE | OFN_HIDEREADONLY;
         DWORD error = 0;
         if (!ShowOpenFileDialog(request, error)) {
-            if (error == FNERR_BUFFERTOOSMALL) MessageBoxA(dialog_, "Too many files selected!", nullptr, MB_OK);
+            if (error == FNERR_BUFFERTOOSMALL) MessageBoxA(m_dialog, "Too many files selected!", nullptr, MB_OK);
             return;
         }
         for (const std::string& path : SelectedPaths(names.data(), names.size())) {
             auto record = std::make_unique<ImageRecord>();
             record->fileName = path;
             record->title = std::string(PublishedFileName(path));
-            InsertRow(ListView_GetItemCount(list_), std::move(record));
+            InsertRow(ListView_GetItemCount(m_list), std::move(record));
         }
     }
 
     void RemoveSelected() {
-        for (int row = ListView_GetItemCount(list_) - 1; row >= 0; --row)
-            if (ListView_GetItemState(list_, row, LVIS_SELECTED) & LVIS_SELECTED) ListView_DeleteItem(list_, row);
+        for (int row = ListView_GetItemCount(m_list) - 1; row >= 0; --row)
+            if (ListView_GetItemState(m_list, row, LVIS_SELECTED) & LVIS_SELECTED) ListView_DeleteItem(m_list, row);
         ShowSelectedRow();
     }
 
@@ -281,41 +281,41 @@ private:
     // selection there is nothing to move.
     void MoveSelected(int step) {
         int row = FirstSelectedRow();
-        int count = ListView_GetItemCount(list_);
+        int count = ListView_GetItemCount(m_list);
         if (step < 0 ? row <= 0 : row >= count - 1) return;
         ImageRecord* record = RecordOf(row);
         if (!record) return;
         auto copy = std::make_unique<ImageRecord>(*record);
-        ListView_DeleteItem(list_, row);
+        ListView_DeleteItem(m_list, row);
         int at = InsertRow(row + step, std::move(copy));
         if (at < 0) return;
-        ListView_SetItemState(list_, at, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-        ListView_EnsureVisible(list_, at, FALSE);
+        ListView_SetItemState(m_list, at, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+        ListView_EnsureVisible(m_list, at, FALSE);
     }
 
     void ChooseFavorite() {
         std::string url;
-        if (!RunFavoritesPicker(dialog_, url)) return;
+        if (!RunFavoritesPicker(m_dialog, url)) return;
         ReadFields();
-        fields_.link = url;
+        m_fields.link = url;
         WriteFields();
-        if (ImageRecord* record = SelectedRecord()) record->link = fields_.link;
+        if (ImageRecord* record = SelectedRecord()) record->link = m_fields.link;
     }
 
     void SelectPage() {
         ReadFields();
-        if (!ChoosePageForLink(dialog_, site_, fields_)) return;
+        if (!ChoosePageForLink(m_dialog, m_site, m_fields)) return;
         WriteFields();
-        if (ImageRecord* record = SelectedRecord()) record->link = fields_.link;
+        if (ImageRecord* record = SelectedRecord()) record->link = m_fields.link;
     }
 
     void OnOK() {
         std::vector<ImageListEntry> images;
-        int count = ListView_GetItemCount(list_);
+        int count = ListView_GetItemCount(m_list);
         for (int row = 0; row < count; ++row)
             if (const ImageRecord* record = RecordOf(row)) images.push_back(*record);
-        imageListText_ = WriteImageList(images);
-        EndDialog(dialog_, IDOK);
+        m_imageListText = WriteImageList(images);
+        EndDialog(m_dialog, IDOK);
     }
 
     // --- the selected row's fields -------------------------------------------------
@@ -333,25 +333,25 @@ private:
     void ShowSelectedRow() {
         const ImageRecord* record = RecordOf(CurrentRow());
         if (!record) {
-            title_.clear();
-            description_.clear();
-            fields_.link.clear();
-            fields_.target.clear();
+            m_title.clear();
+            m_description.clear();
+            m_fields.link.clear();
+            m_fields.target.clear();
             EnableRowFields(false);
         } else {
-            title_ = record->title;
-            description_ = record->description;
-            fields_.link = record->link;
-            fields_.target = record->target;
+            m_title = record->title;
+            m_description = record->description;
+            m_fields.link = record->link;
+            m_fields.target = record->target;
             EnableRowFields(true);
         }
 
         // The page display names this row's page or nothing (not the page of
         // the row shown before).
-        LinkTypeDecision decision = DecideLinkType(fields_.link, site_);
-        fields_.type = decision.type;
-        fields_.pageDisplay = decision.page ? decision.page->GetAttribute("name") : std::string();
-        ApplyLinkType(dialog_, fields_, fields_.type);
+        LinkTypeDecision decision = DecideLinkType(m_fields.link, m_site);
+        m_fields.type = decision.type;
+        m_fields.pageDisplay = decision.page ? decision.page->GetAttribute("name") : std::string();
+        ApplyLinkType(m_dialog, m_fields, m_fields.type);
         WriteFields();
         // The link type enables the controls it uses; without a row none of
         // them has anything to edit.
@@ -360,40 +360,40 @@ private:
 
     void EnableRowFields(bool enable) {
         for (int id : {IDC_TITLE, IDC_DESCRIPTION, IDC_LINK_TYPE, IDC_TARGET, IDC_LINK, IDC_FAVORITES, IDC_SELECT_PAGE})
-            EnableControl(dialog_, id, enable);
+            EnableControl(m_dialog, id, enable);
     }
 
     void ReadFields() {
-        title_ = GetControlText(dialog_, IDC_TITLE);
-        description_ = GetControlText(dialog_, IDC_DESCRIPTION);
-        ReadLinkFields(dialog_, fields_);
+        m_title = GetControlText(m_dialog, IDC_TITLE);
+        m_description = GetControlText(m_dialog, IDC_DESCRIPTION);
+        ReadLinkFields(m_dialog, m_fields);
     }
 
     void WriteFields() {
         // Writing the edit boxes raises their change notifications: they
         // must not copy anything into a record meanwhile.
-        writing_ = true;
-        SetDlgItemTextA(dialog_, IDC_TITLE, title_.c_str());
-        SetDlgItemTextA(dialog_, IDC_DESCRIPTION, description_.c_str());
-        WriteLinkFields(dialog_, fields_);
-        writing_ = false;
+        m_writing = true;
+        SetDlgItemTextA(m_dialog, IDC_TITLE, m_title.c_str());
+        SetDlgItemTextA(m_dialog, IDC_DESCRIPTION, m_description.c_str());
+        WriteLinkFields(m_dialog, m_fields);
+        m_writing = false;
     }
 
-    std::string imageListText_;
-    CXmlDocument* site_;
-    ResizableDialog layout_;
-    HWND dialog_ = nullptr;
-    HWND list_ = nullptr;
-    LinkHistoryCombo history_;
-    std::string title_;
-    std::string description_;
-    LinkFields fields_;
-    bool writing_ = false;
+    std::string m_imageListText;
+    CXmlDocument* m_site;
+    CResizableDialog m_layout;
+    HWND m_dialog = nullptr;
+    HWND m_list = nullptr;
+    CLinkHistoryCombo m_history;
+    std::string m_title;
+    std::string m_description;
+    LinkFields m_fields;
+    bool m_writing = false;
 };
 
 }  // namespace
 
 bool RunImageListDialog(HWND parent, std::string& imageListText, CXmlDocument* siteStructure) {
-    ImageListDialog dialog(imageListText, siteStructure);
+    CImageListDialog dialog(imageListText, siteStructure);
     return dialog.Run(parent, imageListText);
 }

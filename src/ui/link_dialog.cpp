@@ -11,14 +11,14 @@
 
 namespace {
 
-class LinkDialog {
+class CLinkDialog {
 public:
-    LinkDialog(std::string link, CXmlDocument* site) : site_(site) { fields_.link = std::move(link); }
+    CLinkDialog(std::string link, CXmlDocument* site) : m_site(site) { m_fields.link = std::move(link); }
 
     bool Run(HWND parent, std::string& link) {
         INT_PTR result = RunModalDialog(parent, PW_DIALOG_URL, this);
         if (result != IDOK) return false;
-        link = fields_.link;
+        link = m_fields.link;
         return true;
     }
 
@@ -38,18 +38,18 @@ public:
 private:
 
     void OnInitDialog(HWND dialog) {
-        dialog_ = dialog;
+        m_dialog = dialog;
         FillLinkTypeList(dialog);
-        history_.LoadHistory(GetDlgItem(dialog, IDC_LINK), CurrentHostSettings(), "URL_History");
-        if (site_) currentPage_ = FindCurrentPageBelow(*site_->GetRoot());
+        m_history.LoadHistory(GetDlgItem(dialog, IDC_LINK), CurrentHostSettings(), "URL_History");
+        if (m_site) m_currentPage = FindCurrentPageBelow(*m_site->GetRoot());
 
-        LinkTypeDecision decision = DecideLinkType(fields_.link, site_);
-        fields_.type = decision.type;
+        LinkTypeDecision decision = DecideLinkType(m_fields.link, m_site);
+        m_fields.type = decision.type;
         if (!decision.hasScheme) {
             SetDlgItemTextA(dialog, IDC_LINK_LABEL, "&Page:");
-            fields_.pageDisplay = kChoosePageHint;
+            m_fields.pageDisplay = kChoosePageHint;
             if (decision.page) {
-                fields_.pageDisplay = decision.page->GetAttribute("name");
+                m_fields.pageDisplay = decision.page->GetAttribute("name");
                 ShowPageControls(true);
             }
         } else if (decision.type == kLinkEmailAddress) {
@@ -60,34 +60,34 @@ private:
             ShowControl(dialog, IDC_FAVORITES, true);
             SetDlgItemTextA(dialog, IDC_LINK_LABEL, "&URL:");
         }
-        WriteLinkFields(dialog, fields_);
+        WriteLinkFields(dialog, m_fields);
     }
 
     // A page of the site: Select and the page's name instead of the link box.
     void ShowPageControls(bool show) {
-        EnableControl(dialog_, IDC_FAVORITES, !show);
-        ShowControl(dialog_, IDC_FAVORITES, !show);
-        ShowControl(dialog_, IDC_SELECT_PAGE, show);
-        ShowControl(dialog_, IDC_PAGE_DISPLAY, show);
-        ShowControl(dialog_, IDC_LINK, !show);
+        EnableControl(m_dialog, IDC_FAVORITES, !show);
+        ShowControl(m_dialog, IDC_FAVORITES, !show);
+        ShowControl(m_dialog, IDC_SELECT_PAGE, show);
+        ShowControl(m_dialog, IDC_PAGE_DISPLAY, show);
+        ShowControl(m_dialog, IDC_LINK, !show);
     }
 
     void OnCommand(int id, int code) {
         switch (id) {
             case IDC_LINK_TYPE:
                 if (code == CBN_SELCHANGE) {
-                    ReadLinkFields(dialog_, fields_);
-                    ApplyLinkType(dialog_, fields_, fields_.type);
-                    WriteLinkFields(dialog_, fields_);
+                    ReadLinkFields(m_dialog, m_fields);
+                    ApplyLinkType(m_dialog, m_fields, m_fields.type);
+                    WriteLinkFields(m_dialog, m_fields);
                 }
                 break;
             case IDC_FAVORITES:
                 if (code == BN_CLICKED) {
                     std::string url;
-                    if (RunFavoritesPicker(dialog_, url)) {
-                        ReadLinkFields(dialog_, fields_);
-                        fields_.link = url;
-                        WriteLinkFields(dialog_, fields_);
+                    if (RunFavoritesPicker(m_dialog, url)) {
+                        ReadLinkFields(m_dialog, m_fields);
+                        m_fields.link = url;
+                        WriteLinkFields(m_dialog, m_fields);
                     }
                 }
                 break;
@@ -95,33 +95,33 @@ private:
                 if (code == BN_CLICKED) OnSelectPage();
                 break;
             case IDOK:
-                ReadLinkFields(dialog_, fields_);
-                EndDialog(dialog_, IDOK);
+                ReadLinkFields(m_dialog, m_fields);
+                EndDialog(m_dialog, IDOK);
                 break;
             case IDCANCEL:
-                EndDialog(dialog_, IDCANCEL);
+                EndDialog(m_dialog, IDCANCEL);
                 break;
         }
     }
 
     void OnSelectPage() {
-        ReadLinkFields(dialog_, fields_);
-        if (!ChoosePageForLink(dialog_, site_, fields_)) return;
-        WriteLinkFields(dialog_, fields_);
+        ReadLinkFields(m_dialog, m_fields);
+        if (!ChoosePageForLink(m_dialog, m_site, m_fields)) return;
+        WriteLinkFields(m_dialog, m_fields);
         // A page is chosen: Enter now confirms rather than opening the picker again.
-        SendMessageA(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog_, IDOK)), TRUE);
+        SendMessageA(m_dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(m_dialog, IDOK)), TRUE);
     }
 
-    HWND dialog_ = nullptr;
-    CXmlDocument* site_;
-    CXmlElement* currentPage_ = nullptr;  // the page being edited, as the host marked it
-    LinkHistoryCombo history_;
-    LinkFields fields_;
+    HWND m_dialog = nullptr;
+    CXmlDocument* m_site;
+    CXmlElement* m_currentPage = nullptr;  // the page being edited, as the host marked it
+    CLinkHistoryCombo m_history;
+    LinkFields m_fields;
 };
 
 }  // namespace
 
 bool RunLinkDialog(HWND parent, std::string& link, CXmlDocument* siteStructure) {
-    LinkDialog dialog(link, siteStructure);
+    CLinkDialog dialog(link, siteStructure);
     return dialog.Run(parent, link);
 }

@@ -20,11 +20,11 @@ std::string ReadText(HKEY key, const std::string& name) {
 
 }  // namespace
 
-LinkHistoryCombo::~LinkHistoryCombo() {
-    if (key_) RegCloseKey(key_);
+CLinkHistoryCombo::~CLinkHistoryCombo() {
+    if (m_key) RegCloseKey(m_key);
 }
 
-void LinkHistoryCombo::LoadHistory(HWND combo, HostSettings& settings, const char* section) {
+void CLinkHistoryCombo::LoadHistory(HWND combo, CHostSettings& settings, const char* section) {
     std::string registryKey, profileName;
     if (!combo || !settings.GetRegistryLocation(registryKey, profileName)) return;
     std::string path = "Software\\" + registryKey + "\\" + profileName + "\\" + section;
@@ -32,13 +32,13 @@ void LinkHistoryCombo::LoadHistory(HWND combo, HostSettings& settings, const cha
     if (RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
                         &key, nullptr) != ERROR_SUCCESS)
         return;
-    if (key_) RegCloseKey(key_);
-    key_ = key;
-    combo_ = combo;
-    section_ = section;
+    if (m_key) RegCloseKey(m_key);
+    m_key = key;
+    m_combo = combo;
+    m_section = section;
 
     for (int index = 0; index < kMaximumEntries; ++index) {
-        std::string text = ReadText(key_, section_ + std::to_string(index));
+        std::string text = ReadText(m_key, m_section + std::to_string(index));
         if (text.empty()) break;
         std::size_t bar = text.find('|');
         auto data = std::make_unique<std::string>(bar == std::string::npos ? std::string() : text.substr(bar + 1));
@@ -46,15 +46,15 @@ void LinkHistoryCombo::LoadHistory(HWND combo, HostSettings& settings, const cha
         LRESULT at = SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(display.c_str()));
         if (at < 0) break;
         SendMessageA(combo, CB_SETITEMDATA, static_cast<WPARAM>(at), reinterpret_cast<LPARAM>(data.get()));
-        data_.push_back(std::move(data));
+        m_data.push_back(std::move(data));
     }
 }
 
-std::string LinkHistoryCombo::DataOf(int index) const {
-    if (!combo_) return {};
-    LRESULT data = SendMessageA(combo_, CB_GETITEMDATA, static_cast<WPARAM>(index), 0);
+std::string CLinkHistoryCombo::DataOf(int index) const {
+    if (!m_combo) return {};
+    LRESULT data = SendMessageA(m_combo, CB_GETITEMDATA, static_cast<WPARAM>(index), 0);
     if (data == CB_ERR || data == 0) return {};
-    for (const auto& owned : data_)
+    for (const auto& owned : m_data)
         if (reinterpret_cast<LRESULT>(owned.get()) == data) return *owned;
     return {};
 }

@@ -10,27 +10,27 @@
 #include <string>
 #include <vector>
 
-class HostSettings;
+class CHostSettings;
 
-class LinkHistoryCombo {
+class CLinkHistoryCombo {
 public:
     static constexpr int kMaximumEntries = 16;
 
-    LinkHistoryCombo() = default;
-    ~LinkHistoryCombo();
-    LinkHistoryCombo(const LinkHistoryCombo&) = delete;
-    LinkHistoryCombo& operator=(const LinkHistoryCombo&) = delete;
+    CLinkHistoryCombo() = default;
+    ~CLinkHistoryCombo();
+    CLinkHistoryCombo(const CLinkHistoryCombo&) = delete;
+    CLinkHistoryCombo& operator=(const CLinkHistoryCombo&) = delete;
 
     // Appends the history of section to combo. Nothing happens when the
     // host has no registry location or the key cannot be opened.
-    void LoadHistory(HWND combo, HostSettings& settings, const char* section);
+    void LoadHistory(HWND combo, CHostSettings& settings, const char* section);
 
     // The data text of a list entry (empty for none).
     std::string DataOf(int index) const;
 
 private:
-    HWND combo_ = nullptr;
-    HKEY key_ = nullptr;
-    std::string section_;
-    std::vector<std::unique_ptr<std::string>> data_;
+    HWND m_combo = nullptr;
+    HKEY m_key = nullptr;
+    std::string m_section;
+    std::vector<std::unique_ptr<std::string>> m_data;
 };

@@ -59,25 +59,25 @@ HTREEITEM FindItemByText(HWND tree, const std::string& text) {
     return nullptr;
 }
 
-class PagePicker {
+class CPagePicker {
 public:
-    explicit PagePicker(const PagePickerRequest& request) : request_(request) {}
-    ~PagePicker() {
-        if (images_) ImageList_Destroy(images_);
-        if (bigIcon_) DestroyIcon(bigIcon_);
-        if (smallIcon_) DestroyIcon(smallIcon_);
+    explicit CPagePicker(const PagePickerRequest& request) : m_request(request) {}
+    ~CPagePicker() {
+        if (m_images) ImageList_Destroy(m_images);
+        if (m_bigIcon) DestroyIcon(m_bigIcon);
+        if (m_smallIcon) DestroyIcon(m_smallIcon);
     }
 
     bool Run(HWND parent, CXmlElement*& chosen) {
         INT_PTR result = RunModalDialog(parent, PW_DIALOG_SELECT_PAGE, this);
         if (result != IDOK) return false;
-        chosen = chosen_;
+        chosen = m_chosen;
         return true;
     }
 
     // The dialog procedure, called through RunModalDialog.
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (layout_.HandleMessage(message, wParam, lParam)) return FALSE;
+        if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
             case WM_INITDIALOG:
                 OnInitDialog(dialog);
@@ -95,41 +95,41 @@ public:
 private:
 
     void OnInitDialog(HWND dialog) {
-        dialog_ = dialog;
-        tree_ = GetDlgItem(dialog, IDC_PAGE_TREE);
-        layout_.SetUp(dialog, {{IDC_PAGE_TREE, kAnchorRightEdge | kAnchorBottomEdge},
+        m_dialog = dialog;
+        m_tree = GetDlgItem(dialog, IDC_PAGE_TREE);
+        m_layout.SetUp(dialog, {{IDC_PAGE_TREE, kAnchorRightEdge | kAnchorBottomEdge},
                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
-        bigIcon_ = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
+        m_bigIcon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
                                                  GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON), 0));
-        smallIcon_ = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
+        m_smallIcon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
                                                    GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
-        SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_));
-        SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_));
-        images_ = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE, IDI_LINK_FOLDER});
-        TreeView_SetImageList(tree_, images_, TVSIL_NORMAL);
+        SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(m_bigIcon));
+        SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_smallIcon));
+        m_images = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE, IDI_LINK_FOLDER});
+        TreeView_SetImageList(m_tree, m_images, TVSIL_NORMAL);
 
         // What the picker opens by itself is not the user's choice of folder.
-        initialising_ = true;
-        root_ = InsertItem(TVI_ROOT, "Web Site", kSiteImage, nullptr);
-        if (request_.site) AddChildren(request_.site->GetRoot(), root_);
-        TreeView_Expand(tree_, root_, TVE_EXPAND);
+        m_initialising = true;
+        m_root = InsertItem(TVI_ROOT, "Web Site", kSiteImage, nullptr);
+        if (m_request.site) AddChildren(m_request.site->GetRoot(), m_root);
+        TreeView_Expand(m_tree, m_root, TVE_EXPAND);
         SelectInitialItem();
-        initialising_ = false;
+        m_initialising = false;
     }
 
     // The page named by the current page text, else the folder expanded last.
     void SelectInitialItem() {
-        const std::string& current = request_.currentPage;
+        const std::string& current = m_request.currentPage;
         if (!current.empty() && current != kChoosePageHint) {
-            if (HTREEITEM item = FindItemByText(tree_, current)) TreeView_SelectItem(tree_, item);
+            if (HTREEITEM item = FindItemByText(m_tree, current)) TreeView_SelectItem(m_tree, item);
             return;
         }
         std::string last = CurrentHostSettings().GetString(kSettingsSection, kLastExpandedEntry);
         if (last.empty()) return;
-        if (HTREEITEM item = FindItemByText(tree_, last)) {
-            TreeView_EnsureVisible(tree_, item);
-            TreeView_Expand(tree_, item, TVE_EXPAND);
+        if (HTREEITEM item = FindItemByText(m_tree, last)) {
+            TreeView_EnsureVisible(m_tree, item);
+            TreeView_Expand(m_tree, item, TVE_EXPAND);
         }
     }
 
@@ -141,7 +141,7 @@ private:
         insert.item.pszText = const_cast<char*>(text.c_str());
         insert.item.iImage = insert.item.iSelectedImage = image;
         insert.item.lParam = reinterpret_cast<LPARAM>(node);
-        return reinterpret_cast<HTREEITEM>(SendMessageA(tree_, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+        return reinterpret_cast<HTREEITEM>(SendMessageA(m_tree, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
     }
 
     // Folders and pages below element, under item; without recursion, so
@@ -171,16 +171,16 @@ private:
             case TVN_ITEMEXPANDEDA:
             case TVN_ITEMEXPANDEDW: {
                 auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
-                if (!initialising_ && (view->action & TVE_EXPAND) && view->itemNew.hItem != root_)
+                if (!m_initialising && (view->action & TVE_EXPAND) && view->itemNew.hItem != m_root)
                     CurrentHostSettings().WriteString(kSettingsSection, kLastExpandedEntry,
-                                                      ItemText(tree_, view->itemNew.hItem));
+                                                      ItemText(m_tree, view->itemNew.hItem));
                 return FALSE;
             }
             case TVN_SELCHANGEDA:
             case TVN_SELCHANGEDW: {
                 auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
-                bool enable = request_.allowFolders || !IsFolder(ItemNode(tree_, view->itemNew.hItem));
-                EnableWindow(GetDlgItem(dialog_, IDOK), enable);
+                bool enable = m_request.allowFolders || !IsFolder(ItemNode(m_tree, view->itemNew.hItem));
+                EnableWindow(GetDlgItem(m_dialog, IDOK), enable);
                 return FALSE;
             }
             case NM_DBLCLK:
@@ -191,29 +191,29 @@ private:
     }
 
     void OnOK() {
-        HTREEITEM selected = TreeView_GetSelection(tree_);
-        if (!selected || selected == root_) return;
-        CXmlElement* node = ItemNode(tree_, selected);
-        if (!node || (!request_.allowFolders && IsFolder(node))) return;
-        chosen_ = node;
-        EndDialog(dialog_, IDOK);
+        HTREEITEM selected = TreeView_GetSelection(m_tree);
+        if (!selected || selected == m_root) return;
+        CXmlElement* node = ItemNode(m_tree, selected);
+        if (!node || (!m_request.allowFolders && IsFolder(node))) return;
+        m_chosen = node;
+        EndDialog(m_dialog, IDOK);
     }
 
-    const PagePickerRequest& request_;
-    HWND dialog_ = nullptr;
-    HWND tree_ = nullptr;
-    HTREEITEM root_ = nullptr;
-    bool initialising_ = false;
-    HIMAGELIST images_ = nullptr;
-    HICON bigIcon_ = nullptr;
-    HICON smallIcon_ = nullptr;
-    ResizableDialog layout_;
-    CXmlElement* chosen_ = nullptr;
+    const PagePickerRequest& m_request;
+    HWND m_dialog = nullptr;
+    HWND m_tree = nullptr;
+    HTREEITEM m_root = nullptr;
+    bool m_initialising = false;
+    HIMAGELIST m_images = nullptr;
+    HICON m_bigIcon = nullptr;
+    HICON m_smallIcon = nullptr;
+    CResizableDialog m_layout;
+    CXmlElement* m_chosen = nullptr;
 };
 
 }  // namespace
 
 bool RunPagePicker(HWND parent, const PagePickerRequest& request, CXmlElement*& chosen) {
-    PagePicker picker(request);
+    CPagePicker picker(request);
     return picker.Run(parent, chosen);
 }

@@ -23,8 +23,8 @@ RECT ChildRect(HWND dialog, HWND child) {
 
 }  // namespace
 
-void ResizableDialog::SetUp(HWND dialog, std::initializer_list<ResizeRule> rules) {
-    dialog_ = dialog;
+void CResizableDialog::SetUp(HWND dialog, std::initializer_list<ResizeRule> rules) {
+    m_dialog = dialog;
     LONG style = GetWindowLongA(dialog, GWL_STYLE);
     if ((style & (WS_THICKFRAME | WS_CLIPCHILDREN)) != (WS_THICKFRAME | WS_CLIPCHILDREN)) {
         // A wider frame keeps the client area as it was laid out.
@@ -40,51 +40,51 @@ void ResizableDialog::SetUp(HWND dialog, std::initializer_list<ResizeRule> rules
 
     RECT window = {};
     GetWindowRect(dialog, &window);
-    minimum_ = {window.right - window.left, window.bottom - window.top};
+    m_minimum = {window.right - window.left, window.bottom - window.top};
     RECT client = {};
     GetClientRect(dialog, &client);
-    initialClient_ = {client.right, client.bottom};
+    m_initialClient = {client.right, client.bottom};
 
-    grip_ = FindSizeGrip(dialog);
-    if (!grip_) {
+    m_grip = FindSizeGrip(dialog);
+    if (!m_grip) {
         int size = GetSystemMetrics(SM_CXVSCROLL);
-        grip_ = CreateWindowExA(0, "ScrollBar", "",
+        m_grip = CreateWindowExA(0, "ScrollBar", "",
                                 WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_SIZEGRIP | SBS_SIZEBOXBOTTOMRIGHTALIGN,
                                 client.right - size, client.bottom - size, size, size, dialog, nullptr,
                                 GetModuleHandleA(nullptr), nullptr);
     }
 
-    placements_.clear();
+    m_placements.clear();
     for (const ResizeRule& rule : rules) {
         HWND control = GetDlgItem(dialog, rule.controlId);
-        if (control) placements_.push_back({rule.controlId, rule.anchors, ChildRect(dialog, control)});
+        if (control) m_placements.push_back({rule.controlId, rule.anchors, ChildRect(dialog, control)});
     }
 }
 
-bool ResizableDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (!dialog_) return false;
+bool CResizableDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (!m_dialog) return false;
     if (message == WM_GETMINMAXINFO) {
         auto* info = reinterpret_cast<MINMAXINFO*>(lParam);
-        info->ptMinTrackSize.x = minimum_.cx;
-        info->ptMinTrackSize.y = minimum_.cy;
+        info->ptMinTrackSize.x = m_minimum.cx;
+        info->ptMinTrackSize.y = m_minimum.cy;
         return true;
     }
     if (message != WM_SIZE) return false;
-    if (grip_) {
-        if (wParam == SIZE_MAXIMIZED) ShowWindow(grip_, SW_HIDE);
-        else if (wParam == SIZE_RESTORED) ShowWindow(grip_, SW_SHOW);
+    if (m_grip) {
+        if (wParam == SIZE_MAXIMIZED) ShowWindow(m_grip, SW_HIDE);
+        else if (wParam == SIZE_RESTORED) ShowWindow(m_grip, SW_SHOW);
     }
     if (wParam != SIZE_MINIMIZED) Layout(LOWORD(lParam), HIWORD(lParam));
     return true;
 }
 
-void ResizableDialog::Layout(int width, int height) {
-    int dx = width - initialClient_.cx;
-    int dy = height - initialClient_.cy;
+void CResizableDialog::Layout(int width, int height) {
+    int dx = width - m_initialClient.cx;
+    int dy = height - m_initialClient.cy;
     const UINT flags = SWP_NOZORDER | SWP_NOACTIVATE;
-    HDWP batch = BeginDeferWindowPos(static_cast<int>(placements_.size()) + 1);
-    for (const Placement& p : placements_) {
-        HWND control = GetDlgItem(dialog_, p.controlId);
+    HDWP batch = BeginDeferWindowPos(static_cast<int>(m_placements.size()) + 1);
+    for (const Placement& p : m_placements) {
+        HWND control = GetDlgItem(m_dialog, p.controlId);
         if (!control) continue;
         RECT r = p.initial;
         if (p.anchors & kAnchorLeftEdge) {
@@ -102,14 +102,14 @@ void ResizableDialog::Layout(int width, int height) {
         if (batch) batch = DeferWindowPos(batch, control, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top, flags);
         else SetWindowPos(control, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top, flags);
     }
-    if (grip_) {
+    if (m_grip) {
         RECT g = {};
-        GetWindowRect(grip_, &g);
+        GetWindowRect(m_grip, &g);
         int w = g.right - g.left, h = g.bottom - g.top;
-        if (batch) batch = DeferWindowPos(batch, grip_, nullptr, width - w, height - h, w, h, flags);
-        else SetWindowPos(grip_, nullptr, width - w, height - h, w, h, flags);
+        if (batch) batch = DeferWindowPos(batch, m_grip, nullptr, width - w, height - h, w, h, flags);
+        else SetWindowPos(m_grip, nullptr, width - w, height - h, w, h, flags);
     }
     if (batch) EndDeferWindowPos(batch);
-    for (const Placement& p : placements_)
-        if (p.anchors & kAnchorRepaint) InvalidateRect(GetDlgItem(dialog_, p.controlId), nullptr, TRUE);
+    for (const Placement& p : m_placements)
+        if (p.anchors & kAnchorRepaint) InvalidateRect(GetDlgItem(m_dialog, p.controlId), nullptr, TRUE);
 }

@@ -22,14 +22,14 @@ struct ResizeRule {
     unsigned anchors;
 };
 
-class ResizableDialog {
+class CResizableDialog {
 public:
     // Call from WM_INITDIALOG, before the dialog changes its own size.
     void SetUp(HWND dialog, std::initializer_list<ResizeRule> rules);
     // Handles WM_SIZE and WM_GETMINMAXINFO; false for other messages.
     bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
-    HWND SizeGrip() const { return grip_; }
+    HWND SizeGrip() const { return m_grip; }
 
 private:
     struct Placement {
@@ -40,9 +40,9 @@ private:
 
     void Layout(int width, int height);
 
-    HWND dialog_ = nullptr;
-    HWND grip_ = nullptr;
-    SIZE minimum_ = {};
-    SIZE initialClient_ = {};
-    std::vector<Placement> placements_;
+    HWND m_dialog = nullptr;
+    HWND m_grip = nullptr;
+    SIZE m_minimum = {};
+    SIZE m_initialClient = {};
+    std::vector<Placement> m_placements;
 };

@@ -10,7 +10,7 @@
 // is no registry location (so no link history).
 #include "ui/host_settings.h"
 
-class HostProfile final : public HostSettings {
+class HostProfile final : public CHostSettings {
 public:
     std::string GetString(const char* section, const char* entry) override;
     void WriteString(const char* section, const char* entry, const std::string& value) override;

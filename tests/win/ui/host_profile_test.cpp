@@ -79,7 +79,7 @@ TEST(HostProfileTest, ReadsAndWritesTheHostsSettingsThroughItsApplicationObject)
     HWND combo = CreateWindowExA(0, "ComboBox", "", WS_POPUP | CBS_DROPDOWN, 0, 0, 200, 200, nullptr, nullptr, nullptr,
                                  nullptr);
     {
-        LinkHistoryCombo links;
+        CLinkHistoryCombo links;
         links.LoadHistory(combo, profile, "URL_History");
         EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), 1);
         EXPECT_EQ(links.DataOf(0), "Home");

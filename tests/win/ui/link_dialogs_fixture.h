@@ -22,7 +22,7 @@ using DialogStep = std::function<void(HWND dialog)>;
 
 // Settings kept in memory; the link history's registry location is a test
 // key below HKEY_CURRENT_USER\Software, emptied before and after each test.
-class FakeHostSettings : public HostSettings {
+class FakeHostSettings : public CHostSettings {
 public:
     static constexpr const char* kRegistryKey = "SlidewaveTests";
     static constexpr const char* kProfileName = "LinkDialogs";
