@@ -19,7 +19,7 @@ namespace {
 // without the disk.
 class DiscardingFileSystem : public CFileSystem {
 public:
-    PathStyle GetPathStyle() const override { return PathStyle::Posix; }
+    PathStyle GetPathStyle() const override { return PathStyle::kPosix; }
     FileResult CreateFolder(const std::string&) override { return {}; }
     FileResult CopyFileOverwriting(const std::string& from, const std::string& to) override {
         bytes += from.size() + to.size();

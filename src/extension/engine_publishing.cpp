@@ -24,7 +24,7 @@ std::string_view WithoutTrailing(std::string_view text, char c) {
 
 void AddCopy(PublishPlan& plan, std::string source, std::string target) {
     PublishStep step;
-    step.action = PublishStep::Action::Copy;
+    step.action = PublishStep::Action::kCopy;
     step.source = std::move(source);
     step.target = std::move(target);
     plan.steps.push_back(std::move(step));
@@ -138,7 +138,7 @@ void CExtensionEngine::PlanPayload(const CXmlElement& parent, std::string_view f
             path += name;
             path += separator;
             PublishStep step;
-            step.action = PublishStep::Action::MakeFolders;
+            step.action = PublishStep::Action::kMakeFolders;
             step.target = path;
             plan.steps.push_back(std::move(step));
         } else if (ascii::EqualsNoCase(child.GetName(), definition::kFile)) {
@@ -148,7 +148,7 @@ void CExtensionEngine::PlanPayload(const CXmlElement& parent, std::string_view f
                 continue;
             }
             PublishStep step;
-            step.action = PublishStep::Action::Write;
+            step.action = PublishStep::Action::kWrite;
             step.target = path + name;
             step.content = Base64DecodeOrKeep(child.GetValue());
             if (child.GetAttribute("process_file") == "1") ReplaceVariables(step.content);
@@ -163,13 +163,13 @@ void CExtensionEngine::RunPlan(const PublishPlan& plan) {
     CFileSystem& files = *services_.fileSystem;
     for (const PublishStep& step : plan.steps) {
         switch (step.action) {
-            case PublishStep::Action::MakeFolders:
+            case PublishStep::Action::kMakeFolders:
                 CreateDirectoryPath(step.target);
                 break;
-            case PublishStep::Action::Write:
+            case PublishStep::Action::kWrite:
                 files.WriteWholeFile(step.target, step.content);
                 break;
-            case PublishStep::Action::Copy:
+            case PublishStep::Action::kCopy:
                 files.CopyFileOverwriting(step.source, step.target);
                 break;
         }

@@ -18,7 +18,7 @@ CExtensionEngine::CExtensionEngine(std::string_view definitionText, ExtensionSer
 }
 
 char CExtensionEngine::Separator() const {
-    return services_.fileSystem ? services_.fileSystem->GetSeparator() : SeparatorOf(PathStyle::Windows);
+    return services_.fileSystem ? services_.fileSystem->GetSeparator() : SeparatorOf(PathStyle::kWindows);
 }
 
 const CXmlDocument& CExtensionEngine::SourceCopy() {

@@ -124,7 +124,7 @@ RecordReadResult ReadProjectRecord(CByteSource& source, ProjectRecord& record, P
     RecordReader in(source);
     RecordReadResult result;
     auto fail = [&in, &result]() {
-        result.status = RecordReadStatus::EndOfData;
+        result.status = RecordReadStatus::kEndOfData;
         result.message = in.Failure();
         return result;
     };

@@ -68,17 +68,17 @@ struct ProjectRecord {
 };
 
 enum class RecordReadStatus {
-    Complete,
+    kComplete,
     // The bytes ended inside the field named by the error's message.
-    EndOfData,
+    kEndOfData,
 };
 
 struct RecordReadResult {
-    RecordReadStatus status = RecordReadStatus::Complete;
+    RecordReadStatus status = RecordReadStatus::kComplete;
     // One line for the user, e.g. "the project record ends inside the value
     // of pair 3 of 5"; empty when complete.
     std::string message;
-    bool ok() const { return status == RecordReadStatus::Complete; }
+    bool ok() const { return status == RecordReadStatus::kComplete; }
 };
 
 // Writes version 100, id and the map's pairs in iteration order.

@@ -8,8 +8,8 @@
 #include <vector>
 
 struct PublishStep {
-    enum class Action { MakeFolders, Write, Copy };
-    Action action = Action::Write;
+    enum class Action { kMakeFolders, kWrite, kCopy };
+    Action action = Action::kWrite;
     std::string target;   // the folder made or the file written
     std::string source;   // Copy: the user's file
     std::string content;  // Write: the bytes

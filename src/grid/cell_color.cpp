@@ -90,13 +90,13 @@ void CExtGridCellColor::OnButtonClick(const CExtGridCellContext& context, int in
     }
     COLORREF picked = m_color;
     switch (popup.Track(owner, at, anchorRight, m_color, &picked)) {
-    case CExtColorPopup::Result::Picked:
+    case CExtColorPopup::Result::kPicked:
         ApplyColor(context, picked);
         break;
-    case CExtColorPopup::Result::CustomCommand:
+    case CExtColorPopup::Result::kCustomCommand:
         if (RunColorDialog(context.OwnerWindow(), &picked)) ApplyColor(context, picked);
         break;
-    case CExtColorPopup::Result::Cancelled:
+    case CExtColorPopup::Result::kCancelled:
         break;
     }
 }

@@ -37,9 +37,9 @@ public:
     void Assign(const CExtGridCell& other) override;
     void Serialize(CExtGridArchive& ar) override;
 
-    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::None : EditorKind::Text; }
+    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::kNone : EditorKind::kText; }
     int GetButtonCount() const override { return 1; }
-    ButtonKind GetButtonKind(int) const override { return ButtonKind::DropDown; }
+    ButtonKind GetButtonKind(int) const override { return ButtonKind::kDropDown; }
     void OnButtonClick(const CExtGridCellContext& context, int index) override;
 
     int GetIconWidth(const CExtGridPaintManager& pm) const override;

@@ -94,8 +94,8 @@ void CExtGridCellComboBox::Serialize(CExtGridArchive& ar) {
 }
 
 CExtGridCell::EditorKind CExtGridCellComboBox::GetEditorKind() const {
-    if (IsReadOnly()) return EditorKind::None;
-    return EditorKind::ComboBox;
+    if (IsReadOnly()) return EditorKind::kNone;
+    return EditorKind::kComboBox;
 }
 
 bool CExtGridCellComboBox::OnToggle(const CExtGridCellContext& context) {

@@ -40,7 +40,7 @@ public:
     EditorKind GetEditorKind() const override;
     std::vector<std::string> GetListEntries() const override { return m_entries; }
     int GetButtonCount() const override { return 1; }
-    ButtonKind GetButtonKind(int) const override { return ButtonKind::DropDown; }
+    ButtonKind GetButtonKind(int) const override { return ButtonKind::kDropDown; }
     // A double click steps to the next entry, as property grids do.
     bool OnToggle(const CExtGridCellContext& context) override;
     // Picks an entry chosen in the drop-down and raises the applied notification.
@@ -60,7 +60,7 @@ public:
         : CExtGridCellComboBox(allocator) {
         SetListBound(true);
     }
-    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::None : EditorKind::DropList; }
+    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::kNone : EditorKind::kDropList; }
 };
 
 // Font face names: the installed TrueType faces, listed when the list is

@@ -17,7 +17,7 @@ public:
     void Serialize(CExtGridArchive& ar) override;
 
     int GetButtonCount() const override { return 1; }
-    ButtonKind GetButtonKind(int) const override { return ButtonKind::Browse; }
+    ButtonKind GetButtonKind(int) const override { return ButtonKind::kBrowse; }
     // Button 0 browses; a confirmed choice becomes the text and completes input.
     void OnButtonClick(const CExtGridCellContext& context, int index) override;
 

@@ -7,14 +7,14 @@ class CExtGridCellString : public CExtGridCell {
     PWGRID_DECLARE_CELL(CExtGridCellString)
 public:
     explicit CExtGridCellString(CExtGridAllocator* allocator = nullptr) : CExtGridCell(allocator) {}
-    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::None : EditorKind::Text; }
+    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::kNone : EditorKind::kText; }
 };
 
 class CExtGridCellPassword : public CExtGridCellString {
     PWGRID_DECLARE_CELL(CExtGridCellPassword)
 public:
     explicit CExtGridCellPassword(CExtGridAllocator* allocator = nullptr) : CExtGridCellString(allocator) {}
-    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::None : EditorKind::Password; }
+    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::kNone : EditorKind::kPassword; }
     // Never the password itself: one dot per character.
     std::string GetDisplayText() const override;
     void OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const override;

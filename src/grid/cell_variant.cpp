@@ -36,10 +36,10 @@ bool ParseDouble(const std::string& text, double* value) {
 
 std::int32_t CExtGridCellVariant::GetInt32() const {
     switch (m_type) {
-    case Type::Int32:
-    case Type::Bool: return m_int;
-    case Type::Double: return static_cast<std::int32_t>(m_double);
-    case Type::String: {
+    case Type::kInt32:
+    case Type::kBool: return m_int;
+    case Type::kDouble: return static_cast<std::int32_t>(m_double);
+    case Type::kString: {
         std::int32_t v = 0;
         return ParseInt32(m_text, &v) ? v : 0;
     }
@@ -48,8 +48,8 @@ std::int32_t CExtGridCellVariant::GetInt32() const {
 }
 
 double CExtGridCellVariant::GetDouble() const {
-    if (m_type == Type::Double) return m_double;
-    if (m_type == Type::String) {
+    if (m_type == Type::kDouble) return m_double;
+    if (m_type == Type::kString) {
         double v = 0;
         return ParseDouble(m_text, &v) ? v : 0;
     }
@@ -59,19 +59,19 @@ double CExtGridCellVariant::GetDouble() const {
 std::string CExtGridCellVariant::GetText() const {
     char buffer[64];
     switch (m_type) {
-    case Type::Int32: std::snprintf(buffer, sizeof buffer, "%d", static_cast<int>(m_int)); return buffer;
-    case Type::Double: std::snprintf(buffer, sizeof buffer, "%g", m_double); return buffer;
-    case Type::Bool: return m_int ? "true" : "false";
-    case Type::String: return m_text;
+    case Type::kInt32: std::snprintf(buffer, sizeof buffer, "%d", static_cast<int>(m_int)); return buffer;
+    case Type::kDouble: std::snprintf(buffer, sizeof buffer, "%g", m_double); return buffer;
+    case Type::kBool: return m_int ? "true" : "false";
+    case Type::kString: return m_text;
     default: return std::string();
     }
 }
 
 void CExtGridCellVariant::SetText(const std::string& text) {
     switch (m_type) {
-    case Type::Int32: ParseInt32(text, &m_int); break;
-    case Type::Double: ParseDouble(text, &m_double); break;
-    case Type::Bool: m_int = text == "true" ? 1 : 0; break;
+    case Type::kInt32: ParseInt32(text, &m_int); break;
+    case Type::kDouble: ParseDouble(text, &m_double); break;
+    case Type::kBool: m_int = text == "true" ? 1 : 0; break;
     default: SetString(text); break;
     }
 }
@@ -80,9 +80,9 @@ bool CExtGridCellVariant::ValidateText(const std::string& text) const {
     std::int32_t i;
     double d;
     switch (m_type) {
-    case Type::Int32: return ParseInt32(text, &i);
-    case Type::Double: return ParseDouble(text, &d);
-    case Type::Bool: return text == "true" || text == "false";
+    case Type::kInt32: return ParseInt32(text, &i);
+    case Type::kDouble: return ParseDouble(text, &d);
+    case Type::kBool: return text == "true" || text == "false";
     default: return true;
     }
 }
@@ -107,7 +107,7 @@ void CExtGridCellVariant::Serialize(CExtGridArchive& ar) {
     std::string number = buffer;
     ar.Exchange(number);
     if (ar.IsLoading()) {
-        m_type = type >= 0 && type <= static_cast<std::int32_t>(Type::String) ? static_cast<Type>(type) : Type::Empty;
+        m_type = type >= 0 && type <= static_cast<std::int32_t>(Type::kString) ? static_cast<Type>(type) : Type::kEmpty;
         m_double = std::strtod(number.c_str(), nullptr);
     }
 }

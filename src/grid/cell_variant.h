@@ -9,16 +9,16 @@
 class CExtGridCellVariant : public CExtGridCell {
     PWGRID_DECLARE_CELL(CExtGridCellVariant)
 public:
-    enum class Type { Empty, Int32, Double, Bool, String };
+    enum class Type { kEmpty, kInt32, kDouble, kBool, kString };
 
     explicit CExtGridCellVariant(CExtGridAllocator* allocator = nullptr) : CExtGridCell(allocator) {}
 
     Type GetType() const { return m_type; }
-    void SetEmpty() { m_type = Type::Empty; }
-    void SetInt32(std::int32_t value) { m_type = Type::Int32; m_int = value; }
-    void SetDouble(double value) { m_type = Type::Double; m_double = value; }
-    void SetBool(bool value) { m_type = Type::Bool; m_int = value ? 1 : 0; }
-    void SetString(const std::string& value) { m_type = Type::String; m_text = value; }
+    void SetEmpty() { m_type = Type::kEmpty; }
+    void SetInt32(std::int32_t value) { m_type = Type::kInt32; m_int = value; }
+    void SetDouble(double value) { m_type = Type::kDouble; m_double = value; }
+    void SetBool(bool value) { m_type = Type::kBool; m_int = value ? 1 : 0; }
+    void SetString(const std::string& value) { m_type = Type::kString; m_text = value; }
     // The value converted: text is parsed, non-numbers give 0.
     std::int32_t GetInt32() const;
     double GetDouble() const;
@@ -30,10 +30,10 @@ public:
 
     void Assign(const CExtGridCell& other) override;
     void Serialize(CExtGridArchive& ar) override;
-    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::None : EditorKind::Text; }
+    EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::kNone : EditorKind::kText; }
 
 private:
-    Type m_type = Type::Empty;
+    Type m_type = Type::kEmpty;
     std::int32_t m_int = 0;
     double m_double = 0;
 };
@@ -54,7 +54,7 @@ public:
 
     int GetButtonCount() const override { return 2; }
     ButtonKind GetButtonKind(int index) const override {
-        return index == 0 ? ButtonKind::SpinUp : ButtonKind::SpinDown;
+        return index == 0 ? ButtonKind::kSpinUp : ButtonKind::kSpinDown;
     }
     bool IsButtonEnabled(int index) const override;
     void OnButtonClick(const CExtGridCellContext& context, int index) override;

@@ -51,17 +51,17 @@ void CExtColorPopup::Layout() {
     int y = margin;
     m_entries.clear();
     if (m_showAutomatic) {
-        m_entries.push_back({Kind::Automatic, m_automaticColor, {margin, y, width - margin, y + textRow}});
+        m_entries.push_back({Kind::kAutomatic, m_automaticColor, {margin, y, width - margin, y + textRow}});
         y += textRow + gap;
     }
     const auto& palette = Palette();
     for (std::size_t i = 0; i < palette.size(); ++i) {
         int col = static_cast<int>(i) % kColumns, row = static_cast<int>(i) / kColumns;
         int x = margin + col * (cell + gap), top = y + row * (cell + gap);
-        m_entries.push_back({Kind::Swatch, palette[i], {x, top, x + cell, top + cell}});
+        m_entries.push_back({Kind::kSwatch, palette[i], {x, top, x + cell, top + cell}});
     }
     y += 5 * (cell + gap) + gap;
-    m_entries.push_back({Kind::Custom, 0, {margin, y, width - margin, y + textRow}});
+    m_entries.push_back({Kind::kCustom, 0, {margin, y, width - margin, y + textRow}});
     y += textRow + margin;
     m_size = {width, y};
 }
@@ -90,7 +90,7 @@ void CExtColorPopup::Paint(HDC dc) {
     for (std::size_t i = 0; i < m_entries.size(); ++i) {
         const Entry& e = m_entries[i];
         bool hot = static_cast<int>(i) == m_hot;
-        if (e.kind == Kind::Swatch) {
+        if (e.kind == Kind::kSwatch) {
             if (hot || e.color == m_current) {
                 RECT ring = e.rect;
                 InflateRect(&ring, pm.Scale(2), pm.Scale(2));
@@ -106,7 +106,7 @@ void CExtColorPopup::Paint(HDC dc) {
         }
         // The text rows look like menu items.
         RECT r = e.rect;
-        bool current = e.kind == Kind::Automatic && m_current == m_automaticColor;
+        bool current = e.kind == Kind::kAutomatic && m_current == m_automaticColor;
         if (hot) {
             CExtGridPaintManager::FillSolid(dc, r, GetSysColor(COLOR_HIGHLIGHT));
         } else if (current) {
@@ -117,9 +117,9 @@ void CExtColorPopup::Paint(HDC dc) {
             DrawEdge(dc, &r, BDR_RAISEDINNER, BF_RECT);
         }
         SetTextColor(dc, GetSysColor(hot ? COLOR_HIGHLIGHTTEXT : COLOR_MENUTEXT));
-        std::string caption = e.kind == Kind::Automatic ? "Automatic" : m_customCaption;
+        std::string caption = e.kind == Kind::kAutomatic ? "Automatic" : m_customCaption;
         RECT textRect = r;
-        if (e.kind == Kind::Automatic) {
+        if (e.kind == Kind::kAutomatic) {
             RECT swatch{r.left + pm.Scale(4), r.top + pm.Scale(3), r.left + pm.Scale(4) + pm.Scale(18),
                         r.bottom - pm.Scale(3)};
             pm.DrawColorSwatch(dc, swatch, m_automaticColor);
@@ -134,7 +134,7 @@ void CExtColorPopup::MoveFocus(int dx, int dy) {
     if (m_hot < 0) {
         // Start at the current colour, else at the first swatch.
         for (int i = 0; i < count; ++i)
-            if (m_entries[i].kind == Kind::Swatch && m_entries[i].color == m_current) {
+            if (m_entries[i].kind == Kind::kSwatch && m_entries[i].color == m_current) {
                 SetHot(i);
                 return;
             }
@@ -166,14 +166,14 @@ void CExtColorPopup::MoveFocus(int dx, int dy) {
 void CExtColorPopup::Finish(int entry) {
     m_done = true;
     if (entry < 0) {
-        m_result = Result::Cancelled;
+        m_result = Result::kCancelled;
         return;
     }
     const Entry& e = m_entries[entry];
-    if (e.kind == Kind::Custom) {
-        m_result = Result::CustomCommand;
+    if (e.kind == Kind::kCustom) {
+        m_result = Result::kCustomCommand;
     } else {
-        m_result = Result::Picked;
+        m_result = Result::kPicked;
         m_picked = e.color;
     }
 }
@@ -247,10 +247,10 @@ LRESULT CExtColorPopup::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 
 CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRight, COLORREF current,
                                              COLORREF* picked) {
-    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtColorPopup>, CS_DROPSHADOW | CS_SAVEBITS)) return Result::Cancelled;
+    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtColorPopup>, CS_DROPSHADOW | CS_SAVEBITS)) return Result::kCancelled;
     m_current = current;
     m_done = false;
-    m_result = Result::Cancelled;
+    m_result = Result::kCancelled;
     m_hot = -1;
     Layout();
 
@@ -270,7 +270,7 @@ CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRig
     HWND topLevel = owner ? GetAncestor(owner, GA_ROOT) : nullptr;
     m_hwnd = CreateWindowExA(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, kClassName, "", WS_POPUP | WS_BORDER, x, y,
                              width, height, topLevel, nullptr, OwnModule(), this);
-    if (!m_hwnd) return Result::Cancelled;
+    if (!m_hwnd) return Result::kCancelled;
     g_activePopup = m_hwnd;
     ShowWindow(m_hwnd, SW_SHOWNOACTIVATE);
     UpdateWindow(m_hwnd);
@@ -296,6 +296,6 @@ CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRig
     g_activePopup = nullptr;
     DestroyWindow(m_hwnd);
     m_hwnd = nullptr;
-    if (m_result == Result::Picked && picked) *picked = m_picked;
+    if (m_result == Result::kPicked && picked) *picked = m_picked;
     return m_result;
 }

@@ -13,7 +13,7 @@ class CExtGridPaintManager;
 
 class CExtColorPopup {
 public:
-    enum class Result { Cancelled, Picked, CustomCommand };
+    enum class Result { kCancelled, kPicked, kCustomCommand };
 
     CExtColorPopup();
     ~CExtColorPopup();
@@ -32,7 +32,7 @@ public:
     static const std::vector<COLORREF>& Palette();
 
 private:
-    enum class Kind { Automatic, Swatch, Custom };
+    enum class Kind { kAutomatic, kSwatch, kCustom };
     struct Entry {
         Kind kind;
         COLORREF color;
@@ -62,6 +62,6 @@ private:
     int m_hot = -1;
     HWND m_hwnd = nullptr;
     bool m_done = false;
-    Result m_result = Result::Cancelled;
+    Result m_result = Result::kCancelled;
     COLORREF m_picked = static_cast<COLORREF>(-1);
 };

@@ -125,8 +125,8 @@ public:
 
     // Editing. Text and Password open an edit box over the value; ComboBox an
     // editable drop-down, DropList a list to pick from.
-    enum class EditorKind { None, Text, Password, ComboBox, DropList };
-    virtual EditorKind GetEditorKind() const { return EditorKind::None; }
+    enum class EditorKind { kNone, kText, kPassword, kComboBox, kDropList };
+    virtual EditorKind GetEditorKind() const { return EditorKind::kNone; }
     // Entries of the drop-down for the combo editors.
     virtual std::vector<std::string> GetListEntries() const { return {}; }
     // Cells that draw the entries of their drop-down themselves (a preview of
@@ -136,9 +136,9 @@ public:
     virtual void PaintListEntry(const CExtGridPaintContext& pc, const RECT& rect, const std::string& entry) const {}
 
     // Buttons shown at the right of the value of the focus row.
-    enum class ButtonKind { Browse, DropDown, SpinUp, SpinDown };
+    enum class ButtonKind { kBrowse, kDropDown, kSpinUp, kSpinDown };
     virtual int GetButtonCount() const { return 0; }
-    virtual ButtonKind GetButtonKind(int index) const { return ButtonKind::Browse; }
+    virtual ButtonKind GetButtonKind(int index) const { return ButtonKind::kBrowse; }
     virtual bool IsButtonEnabled(int index) const { return !m_readOnly; }
     // A button was clicked (or its keyboard equivalent pressed: Alt+Down or
     // F4 for button 0).

@@ -16,14 +16,14 @@ constexpr int kVisibleListEntries = 12;
 }  // namespace
 
 bool CExtGridInplaceEditor::IsCombo() const {
-    return m_kind == CExtGridCell::EditorKind::ComboBox || m_kind == CExtGridCell::EditorKind::DropList;
+    return m_kind == CExtGridCell::EditorKind::kComboBox || m_kind == CExtGridCell::EditorKind::kDropList;
 }
 
 bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect, const RECT& valueRect,
                                  const std::string* initialText) {
     Close();
     m_kind = cell.GetEditorKind();
-    if (m_kind == CExtGridCell::EditorKind::None) return false;
+    if (m_kind == CExtGridCell::EditorKind::kNone) return false;
     const CExtGridPaintManager& pm = m_grid.PaintManager();
     HWND parent = m_grid.GetHwnd();
     HINSTANCE instance = GetModuleHandleA(nullptr);
@@ -33,7 +33,7 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
         std::vector<std::string> entries = cell.GetListEntries();
         int listHeight = (pm.TextHeight() + pm.Scale(2)) * (std::min)(kVisibleListEntries, (std::max)(1, int(entries.size()))) + pm.Scale(4);
         DWORD style = WS_CHILD | WS_VSCROLL | CBS_AUTOHSCROLL |
-                      (m_kind == CExtGridCell::EditorKind::DropList ? CBS_DROPDOWNLIST : CBS_DROPDOWN);
+                      (m_kind == CExtGridCell::EditorKind::kDropList ? CBS_DROPDOWNLIST : CBS_DROPDOWN);
         if (cell.PaintsListEntries()) style |= CBS_OWNERDRAWFIXED | CBS_HASSTRINGS;   // see the grid's WM_DRAWITEM
         int rowHeight = valueRect.bottom - valueRect.top;
         m_control = CreateWindowExA(0, "COMBOBOX", "", style, valueRect.left, valueRect.top,
@@ -54,7 +54,7 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
             at = std::find_if(entries.begin(), entries.end(),
                               [&text](const std::string& e) { return ascii::EqualsNoCase(e, text); });
         if (at != entries.end()) SendMessageA(m_control, CB_SETCURSEL, at - entries.begin(), 0);
-        if (m_kind == CExtGridCell::EditorKind::ComboBox) {
+        if (m_kind == CExtGridCell::EditorKind::kComboBox) {
             SetWindowTextA(m_control, text.c_str());
             COMBOBOXINFO info{};
             info.cbSize = sizeof(info);
@@ -67,7 +67,7 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
                      SWP_NOSIZE | SWP_NOACTIVATE);
     } else {
         DWORD style = WS_CHILD | ES_AUTOHSCROLL | ES_LEFT;
-        if (m_kind == CExtGridCell::EditorKind::Password) style |= ES_PASSWORD;
+        if (m_kind == CExtGridCell::EditorKind::kPassword) style |= ES_PASSWORD;
         int height = pm.TextHeight() + 1;
         int top = (textRect.top + textRect.bottom - height) / 2;
         m_control = CreateWindowExA(0, "EDIT", text.c_str(), style, textRect.left, top,
@@ -75,7 +75,7 @@ bool CExtGridInplaceEditor::Open(const CExtGridCell& cell, const RECT& textRect,
         if (!m_control) return false;
         SendMessageA(m_control, WM_SETFONT, reinterpret_cast<WPARAM>(pm.NormalFont()), FALSE);
         SendMessageA(m_control, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
-        if (m_kind == CExtGridCell::EditorKind::Password) SendMessageA(m_control, EM_SETPASSWORDCHAR, '*', 0);
+        if (m_kind == CExtGridCell::EditorKind::kPassword) SendMessageA(m_control, EM_SETPASSWORDCHAR, '*', 0);
     }
     SubclassControl(m_control, this);
     if (m_comboEdit) SubclassControl(m_comboEdit, this);

@@ -45,6 +45,6 @@ private:
     CExtPropertyGridWnd& m_grid;
     HWND m_control = nullptr;
     HWND m_comboEdit = nullptr;
-    CExtGridCell::EditorKind m_kind = CExtGridCell::EditorKind::None;
+    CExtGridCell::EditorKind m_kind = CExtGridCell::EditorKind::kNone;
     bool m_closing = false;
 };

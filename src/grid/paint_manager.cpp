@@ -170,14 +170,14 @@ void CExtGridPaintManager::DrawCellButton(HDC dc, const RECT& rect, CExtGridCell
     using Kind = CExtGridCell::ButtonKind;
     const ThemeApi* api = ThemeApi::Get();
     bool drewFace = false;
-    if (api && kind == Kind::DropDown && m_comboTheme) {
+    if (api && kind == Kind::kDropDown && m_comboTheme) {
         api->DrawThemeBackground(m_comboTheme, dc, CP_DROPDOWNBUTTON,
                                  !enabled ? CBXS_DISABLED : pressed ? CBXS_PRESSED : hot ? CBXS_HOT : CBXS_NORMAL,
                                  &rect, nullptr);
         return;
     }
-    if (api && (kind == Kind::SpinUp || kind == Kind::SpinDown) && m_spinTheme) {
-        int part = kind == Kind::SpinUp ? SPNP_UP : SPNP_DOWN;
+    if (api && (kind == Kind::kSpinUp || kind == Kind::kSpinDown) && m_spinTheme) {
+        int part = kind == Kind::kSpinUp ? SPNP_UP : SPNP_DOWN;
         api->DrawThemeBackground(m_spinTheme, dc, part,
                                  !enabled ? UPS_DISABLED : pressed ? UPS_PRESSED : hot ? UPS_HOT : UPS_NORMAL,
                                  &rect, nullptr);
@@ -196,7 +196,7 @@ void CExtGridPaintManager::DrawCellButton(HDC dc, const RECT& rect, CExtGridCell
     COLORREF ink = GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT);
     int cx = (rect.left + rect.right) / 2 + (pressed ? 1 : 0);
     int cy = (rect.top + rect.bottom) / 2 + (pressed ? 1 : 0);
-    if (kind == Kind::Browse) {
+    if (kind == Kind::kBrowse) {
         // Three dots.
         int dot = (std::max)(1, Scale(2)), gap = Scale(2);
         for (int i = -1; i <= 1; ++i) {
@@ -208,8 +208,8 @@ void CExtGridPaintManager::DrawCellButton(HDC dc, const RECT& rect, CExtGridCell
         return;
     }
     // A small triangle, pointing down for drop-downs and spin-down, up for spin-up.
-    int half = (std::max)(2, Scale(kind == Kind::DropDown ? 4 : 3));
-    bool up = kind == Kind::SpinUp;
+    int half = (std::max)(2, Scale(kind == Kind::kDropDown ? 4 : 3));
+    bool up = kind == Kind::kSpinUp;
     int top = up ? cy - half / 2 - 1 : cy - half / 2;
     POINT tri[3];
     if (up) {

@@ -23,14 +23,14 @@ bool CExtPropertyGridWnd::BeginEdit(const std::string* initialText) {
     CExtPropertyItem* item = FocusItem();
     if (!item || !item->IsValue() || !m_hwnd) return false;
     CExtGridCell* cell = static_cast<CExtPropertyValue*>(item)->ValueActiveGet();
-    if (!cell || cell->GetEditorKind() == CExtGridCell::EditorKind::None) return false;
+    if (!cell || cell->GetEditorKind() == CExtGridCell::EditorKind::kNone) return false;
     EnsureVisible(m_focus);
     RECT value = GetValueRect(m_focus);
     RECT text = value;
     text.left += m_pm.Scale(4);
     if (int icon = cell->GetIconWidth(m_pm)) text.left += icon + m_pm.Scale(4);
-    if (cell->GetButtonCount() > 0 && cell->GetEditorKind() != CExtGridCell::EditorKind::ComboBox &&
-        cell->GetEditorKind() != CExtGridCell::EditorKind::DropList) {
+    if (cell->GetButtonCount() > 0 && cell->GetEditorKind() != CExtGridCell::EditorKind::kComboBox &&
+        cell->GetEditorKind() != CExtGridCell::EditorKind::kDropList) {
         RECT first = GetButtonRect(m_focus, 0);
         text.right = first.left - m_pm.Scale(2);
     }
@@ -78,7 +78,7 @@ void CExtPropertyGridWnd::OnEditorKey(WPARAM key, bool shift) {
         for (int row = m_focus + (shift ? -1 : 1); row >= 0 && row < RowCount(); row += shift ? -1 : 1) {
             CExtPropertyItem* item = RowItem(row);
             CExtGridCell* cell = item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
-            if (cell && cell->GetEditorKind() != CExtGridCell::EditorKind::None) {
+            if (cell && cell->GetEditorKind() != CExtGridCell::EditorKind::kNone) {
                 FocusSet(row);
                 BeginEdit();
                 return;
@@ -90,7 +90,7 @@ void CExtPropertyGridWnd::OnEditorKey(WPARAM key, bool shift) {
     case VK_DOWN: {
         CExtPropertyItem* item = FocusItem();
         CExtGridCell* cell = item && item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
-        if (cell && cell->GetButtonCount() == 2 && cell->GetButtonKind(0) == CExtGridCell::ButtonKind::SpinUp) {
+        if (cell && cell->GetButtonCount() == 2 && cell->GetButtonKind(0) == CExtGridCell::ButtonKind::kSpinUp) {
             // Spin cells step while they are edited.
             if (!CommitEdit()) return;
             ClickButton(key == VK_UP ? 0 : 1);
@@ -142,7 +142,7 @@ void CExtPropertyGridWnd::ClickButton(int button) {
     CExtGridCell* cell = static_cast<CExtPropertyValue*>(item)->ValueActiveGet();
     if (!cell || button < 0 || button >= cell->GetButtonCount() || !cell->IsButtonEnabled(button)) return;
     CExtGridCell::EditorKind kind = cell->GetEditorKind();
-    if (button == 0 && (kind == CExtGridCell::EditorKind::ComboBox || kind == CExtGridCell::EditorKind::DropList)) {
+    if (button == 0 && (kind == CExtGridCell::EditorKind::kComboBox || kind == CExtGridCell::EditorKind::kDropList)) {
         // List cells drop their list in the in-place combo box.
         if (!IsEditing() && !BeginEdit()) return;
         m_editor->ShowDropDown(true);

@@ -76,8 +76,8 @@ void CExtPropertyGridWnd::OnKeyDown(WPARAM key) {
     case VK_DELETE: {
         // Delete starts a fresh text, to be confirmed with Enter.
         CExtGridCell* cell = item && item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
-        if (cell && (cell->GetEditorKind() == CExtGridCell::EditorKind::Text ||
-                     cell->GetEditorKind() == CExtGridCell::EditorKind::Password)) {
+        if (cell && (cell->GetEditorKind() == CExtGridCell::EditorKind::kText ||
+                     cell->GetEditorKind() == CExtGridCell::EditorKind::kPassword)) {
             std::string empty;
             BeginEdit(&empty);
         }
@@ -100,10 +100,10 @@ void CExtPropertyGridWnd::OnChar(WPARAM ch) {
     CExtGridCell* cell = static_cast<CExtPropertyValue*>(item)->ValueActiveGet();
     if (!cell || cell->IsReadOnly()) return;
     switch (cell->GetEditorKind()) {
-    case CExtGridCell::EditorKind::None:
+    case CExtGridCell::EditorKind::kNone:
         if (ch == ' ') cell->OnToggle(ContextForRow(m_focus));
         break;
-    case CExtGridCell::EditorKind::DropList: {
+    case CExtGridCell::EditorKind::kDropList: {
         // Typing picks the next entry that starts with the letter.
         std::vector<std::string> entries = cell->GetListEntries();
         if (entries.empty()) break;
@@ -177,7 +177,7 @@ void CExtPropertyGridWnd::OnLButtonDown(POINT point, bool doubleClick) {
         return;
     }
     if (!BeginEdit()) return;
-    if (m_editor->Kind() == CExtGridCell::EditorKind::DropList) {
+    if (m_editor->Kind() == CExtGridCell::EditorKind::kDropList) {
         m_editor->ShowDropDown(true);
     } else if (!m_editor->IsCombo()) {
         // Put the caret where the user clicked.

@@ -86,7 +86,7 @@ RECT CExtPropertyGridWnd::GetButtonRect(int row, int button) const {
     CExtGridCell* cell = item && item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
     if (!cell || button < 0 || button >= cell->GetButtonCount()) return RECT{};
     int width = m_pm.ButtonWidth();
-    bool spin = cell->GetButtonKind(0) == CExtGridCell::ButtonKind::SpinUp;
+    bool spin = cell->GetButtonKind(0) == CExtGridCell::ButtonKind::kSpinUp;
     if (spin) {
         // Up and down share one column, one above the other.
         int middle = (value.top + value.bottom) / 2;

@@ -10,7 +10,7 @@
 
 class CExtPropertyItem {
 public:
-    enum class Kind { Store, Category, Value };
+    enum class Kind { kStore, kCategory, kValue };
 
     CExtPropertyItem(Kind kind, const std::string& name, const std::string& description = std::string());
     CExtPropertyItem(const CExtPropertyItem&) = delete;
@@ -18,8 +18,8 @@ public:
     virtual ~CExtPropertyItem();
 
     Kind GetKind() const { return m_kind; }
-    bool IsValue() const { return m_kind == Kind::Value; }
-    bool IsCategory() const { return m_kind == Kind::Category; }
+    bool IsValue() const { return m_kind == Kind::kValue; }
+    bool IsCategory() const { return m_kind == Kind::kCategory; }
 
     const std::string& NameGet() const { return m_name; }
     void NameSet(const std::string& name) { m_name = name; }
@@ -51,7 +51,7 @@ private:
 class CExtPropertyValue : public CExtPropertyItem {
 public:
     explicit CExtPropertyValue(const std::string& name, const std::string& description = std::string())
-        : CExtPropertyItem(Kind::Value, name, description) {}
+        : CExtPropertyItem(Kind::kValue, name, description) {}
     ~CExtPropertyValue() override;
 
     // The cell that shows and edits the value; null until one is given.
@@ -85,10 +85,10 @@ private:
 class CExtPropertyCategory : public CExtPropertyItem {
 public:
     explicit CExtPropertyCategory(const std::string& name, const std::string& description = std::string())
-        : CExtPropertyItem(Kind::Category, name, description) {}
+        : CExtPropertyItem(Kind::kCategory, name, description) {}
 };
 
 class CExtPropertyStore : public CExtPropertyItem {
 public:
-    explicit CExtPropertyStore(const std::string& name) : CExtPropertyItem(Kind::Store, name) {}
+    explicit CExtPropertyStore(const std::string& name) : CExtPropertyItem(Kind::kStore, name) {}
 };

@@ -12,9 +12,9 @@
 
 #include "platform/file_result.h"
 
-enum class PathStyle { Windows, Posix };
+enum class PathStyle { kWindows, kPosix };
 
-inline char SeparatorOf(PathStyle style) { return style == PathStyle::Windows ? '\\' : '/'; }
+inline char SeparatorOf(PathStyle style) { return style == PathStyle::kWindows ? '\\' : '/'; }
 
 class CFileSystem {
 public:

@@ -12,7 +12,7 @@ namespace {
 
 class CPosixFileSystem : public CFileSystem {
 public:
-    PathStyle GetPathStyle() const override { return PathStyle::Posix; }
+    PathStyle GetPathStyle() const override { return PathStyle::kPosix; }
 
     FileResult CreateFolder(const std::string& path) override {
         if (::mkdir(path.c_str(), 0777) == 0) return {};

@@ -11,7 +11,7 @@ namespace {
 
 class CWindowsFileSystem : public CFileSystem {
 public:
-    PathStyle GetPathStyle() const override { return PathStyle::Windows; }
+    PathStyle GetPathStyle() const override { return PathStyle::kWindows; }
 
     FileResult CreateFolder(const std::string& path) override {
         if (CreateDirectoryA(path.c_str(), nullptr)) return {};

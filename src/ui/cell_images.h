@@ -28,7 +28,7 @@ public:
     std::string GetDisplayText() const override { return kHint; }
     void OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const override;
     // Only the dialog edits the list.
-    EditorKind GetEditorKind() const override { return EditorKind::None; }
+    EditorKind GetEditorKind() const override { return EditorKind::kNone; }
     // Button 0 opens the image list dialog; on OK its list is kept and input
     // is completed.
     void OnButtonClick(const CExtGridCellContext& context, int index) override;

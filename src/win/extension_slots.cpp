@@ -51,23 +51,23 @@ void Guarded(CPagewrightExtension* self, Body body) {
 
 const char* OrEmpty(const char* text) { return text ? text : ""; }
 
-enum class SerializeOutcome { Done, EndOfData };
+enum class SerializeOutcome { kDone, kEndOfData };
 
 // Everything Serialize does that owns resources, finished before returning.
 __attribute__((noinline)) SerializeOutcome SerializeParts(CPagewrightExtension* self, void* archive) {
     CExtensionEngine* engine = EngineOf(self);
-    if (!engine || !archive || !mfc42::CanTransfer()) return SerializeOutcome::Done;
+    if (!engine || !archive || !mfc42::CanTransfer()) return SerializeOutcome::kDone;
     try {
         if (mfc42::IsLoading(archive)) {
             CArchiveByteSource source(archive);
-            if (!engine->LoadRecord(source).ok()) return SerializeOutcome::EndOfData;
+            if (!engine->LoadRecord(source).ok()) return SerializeOutcome::kEndOfData;
         } else {
             CArchiveByteSink sink(archive);
             engine->StoreRecord(sink);
         }
     } catch (...) {
     }
-    return SerializeOutcome::Done;
+    return SerializeOutcome::kDone;
 }
 
 // Pair by pair, as the host's run time copies its maps: inside a hash
@@ -140,7 +140,7 @@ void PW_THISCALL PwMove(CPagewrightExtension* self, const RECT* rect) {
 // exception is raised from here after all our clean-up has run, and unwinds
 // straight to the host.
 void PW_THISCALL PwSerialize(CPagewrightExtension* self, void* archive) {
-    if (SerializeParts(self, archive) == SerializeOutcome::EndOfData) mfc42::ThrowEndOfFile(archive);
+    if (SerializeParts(self, archive) == SerializeOutcome::kEndOfData) mfc42::ThrowEndOfFile(archive);
 }
 
 int PW_THISCALL PwUseDIV(CPagewrightExtension* self) {

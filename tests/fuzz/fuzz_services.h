@@ -21,7 +21,7 @@ struct FuzzedEngine {
     testdef::RecordingTransformer transformer;
     CExtensionEngine engine;
 
-    FuzzedEngine(std::string_view definition, PathStyle style = PathStyle::Windows)
+    FuzzedEngine(std::string_view definition, PathStyle style = PathStyle::kWindows)
         : files(style), engine(definition, Services()) {}
 
     // Gives each property (in document order) the next fuzzed value.

@@ -23,7 +23,7 @@ bool Inside(const std::string& path, const std::string& folder) {
 void Publish(std::string_view definition, FuzzedDataProvider& in, PathStyle style) {
     FuzzedEngine fuzzed(definition, style);
     fuzzed.SetValues(in);
-    std::string output = style == PathStyle::Windows ? "C:\\site\\" : "/site/";
+    std::string output = style == PathStyle::kWindows ? "C:\\site\\" : "/site/";
     std::string images = output + "images";
     PublishPlan plan = fuzzed.engine.PlanCopyFiles(output, images);
     for (const PublishStep& step : plan.steps) Require(Inside(step.target, output));
@@ -41,7 +41,7 @@ void Publish(std::string_view definition, FuzzedDataProvider& in, PathStyle styl
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider in(data, size);
-    PathStyle style = in.ConsumeBool() ? PathStyle::Windows : PathStyle::Posix;
+    PathStyle style = in.ConsumeBool() ? PathStyle::kWindows : PathStyle::kPosix;
     std::string definition = in.ConsumeRandomLengthString(16384);
     Publish(definition, in, style);
     return 0;

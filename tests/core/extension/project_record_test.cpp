@@ -114,7 +114,7 @@ TEST(ProjectRecord, AGarbledHugeLengthFailsWithoutAllocatingIt) {
     ProjectRecord read;
     CMemoryByteSource source(record);
     RecordReadResult result = ReadProjectRecord(source, read);
-    EXPECT_EQ(result.status, RecordReadStatus::EndOfData);
+    EXPECT_EQ(result.status, RecordReadStatus::kEndOfData);
     EXPECT_EQ(result.message, "the project record ends inside the key of pair 1 of 1");
     EXPECT_TRUE(read.pairs.empty());
 }

@@ -57,7 +57,7 @@ TEST_F(Publishing, FailuresAreSkippedAndTheWalkGoesOn) {
 }
 
 TEST(PublishingPosix, UsesSlashAsTheSeparatorForTheSameRules) {
-    MemoryFileSystem fs(PathStyle::Posix);
+    MemoryFileSystem fs(PathStyle::kPosix);
     fs.files["/home/u/pics/a.jpg"] = "A";
     ExtensionServices services;
     services.fileSystem = &fs;

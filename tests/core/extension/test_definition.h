@@ -123,7 +123,7 @@ public:
 // happens and fails the operations on paths it is told to fail.
 class MemoryFileSystem : public CFileSystem {
 public:
-    explicit MemoryFileSystem(PathStyle style = PathStyle::Windows) : style_(style) {}
+    explicit MemoryFileSystem(PathStyle style = PathStyle::kWindows) : style_(style) {}
 
     PathStyle GetPathStyle() const override { return style_; }
     FileResult CreateFolder(const std::string& path) override {

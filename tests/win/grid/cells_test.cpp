@@ -148,7 +148,7 @@ TEST(GridCellArchive, EveryKindRoundTrips) {
     CExtGridCellVariant number;
     number.SetDouble(0.1);
     auto numberCopy = RoundTrip(number);
-    EXPECT_EQ(numberCopy->GetType(), CExtGridCellVariant::Type::Double);
+    EXPECT_EQ(numberCopy->GetType(), CExtGridCellVariant::Type::kDouble);
     EXPECT_EQ(numberCopy->GetDouble(), 0.1);
 
     CExtGridCellFile file;
@@ -254,7 +254,7 @@ TEST(GridComboCell, InsertWithNegativeIndexAppendsAndKeepsTheSelection) {
 TEST(GridVariantCell, ParsesByTypeAndRefusesBadNumbers) {
     CExtGridCellVariant cell;
     cell.SetText("free");
-    EXPECT_EQ(cell.GetType(), CExtGridCellVariant::Type::String);
+    EXPECT_EQ(cell.GetType(), CExtGridCellVariant::Type::kString);
     cell.SetInt32(7);
     EXPECT_TRUE(cell.ValidateText(" -12 "));
     EXPECT_FALSE(cell.ValidateText("12abc"));

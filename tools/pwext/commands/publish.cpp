@@ -127,14 +127,14 @@ void CheckPlan(const PublishPlan& plan) {
     if (!plan.leftOut.empty()) throw Failure{"publish: " + plan.leftOut.front() + "; nothing was published"};
     std::map<fs::path, const PublishStep*> targets;
     auto origin = [](const PublishStep& s) {
-        return s.action == PublishStep::Action::Copy ? "'" + s.source + "'" : std::string("the definition");
+        return s.action == PublishStep::Action::kCopy ? "'" + s.source + "'" : std::string("the definition");
     };
     for (const PublishStep& step : plan.steps) {
-        if (step.action == PublishStep::Action::MakeFolders) continue;
+        if (step.action == PublishStep::Action::kMakeFolders) continue;
         auto [at, added] = targets.emplace(PlaceOf(step.target), &step);
         if (added) continue;
         const PublishStep& earlier = *at->second;
-        bool copies = earlier.action == PublishStep::Action::Copy || step.action == PublishStep::Action::Copy;
+        bool copies = earlier.action == PublishStep::Action::kCopy || step.action == PublishStep::Action::kCopy;
         bool samePicture = earlier.action == step.action && PlaceOf(earlier.source) == PlaceOf(step.source);
         if (copies && !samePicture)
             throw Failure{"publish: two files would be published as '" + step.target + "': " + origin(earlier) +
