@@ -21,7 +21,8 @@ const std::string& DefinitionShapedDocument() {
         doc.GetRoot()->GetAttributes().Set("title", "Bench");
         doc.GetRoot()->GetAttributes().Set("minwidth", "50");
         CXmlElement* properties = doc.AddChild(doc.GetRoot(), "PROPERTIES", std::nullopt, std::nullopt);
-        CXmlElement* category = doc.AddChild(properties, "CATEGORY", std::nullopt, std::string_view("name=\"General\""));
+        CXmlElement* category =
+            doc.AddChild(properties, "CATEGORY", std::nullopt, std::string_view("name=\"General\""));
         for (int i = 0; i < 6; ++i) {
             std::string attributes = "name=\"P" + std::to_string(i) + "\" type=\"2\" value=\"v\" variable=\"$p" +
                                      std::to_string(i) + "$\" description=\"A property\" options=\"\"";
@@ -30,8 +31,10 @@ const std::string& DefinitionShapedDocument() {
         CXmlElement* files = doc.AddChild(doc.GetRoot(), "FILES", std::nullopt, std::nullopt);
         std::string payload;
         for (int i = 0; i < 32000; ++i) payload += static_cast<char>((i * 131) ^ (i >> 3));
-        doc.AddChild(files, "FILE", std::string_view(Base64Encode(payload, 76)), std::string_view("filename=\"p.bin\""));
-        doc.AddChild(doc.GetRoot(), "HTML_BODY", std::string_view(Base64Encode(std::string(900, 'h'), 76)), std::nullopt);
+        doc.AddChild(files, "FILE", std::string_view(Base64Encode(payload, 76)),
+                     std::string_view("filename=\"p.bin\""));
+        doc.AddChild(doc.GetRoot(), "HTML_BODY", std::string_view(Base64Encode(std::string(900, 'h'), 76)),
+                     std::nullopt);
         return doc.GetXml();
     }();
     return text;

@@ -71,7 +71,8 @@ Scan ScanLikeTheReader(std::string_view text) {
             if (!open.empty()) {
                 std::string& kept = values[current()];
                 if (!kept.empty() && kept != value)
-                    note("the text '" + Shortened(kept) + "' is lost: an element keeps only its text after its "
+                    note("the text '" + Shortened(kept) +
+                         "' is lost: an element keeps only its text after its "
                          "last child");
                 kept = value;
             }
@@ -97,14 +98,17 @@ Scan ScanLikeTheReader(std::string_view text) {
         std::string name(inner.substr(0, inner.find(' ')));
         if (kind == 0 || kind == 2) {
             if (static_cast<int>(open.size()) == CXmlDocument::kMaxDepth) break;  // reported with the tree
-            if (open.empty() && !scan.lines.empty()) open.push_back({0, ""});      // after the root's end
+            if (open.empty() && !scan.lines.empty()) open.push_back({0, ""});     // after the root's end
             std::size_t index = scan.lines.size();
             scan.lines.push_back(line);
             values.emplace_back();
-            if (rootClosed) note("<" + std::string(ascii::Trim(name)) + "> after the root's end tag is read as "
-                                 "the root's child");
+            if (rootClosed)
+                note("<" + std::string(ascii::Trim(name)) +
+                     "> after the root's end tag is read as "
+                     "the root's child");
             if (afterIgnored && index != 0)
-                note("<" + std::string(ascii::Trim(name)) + "> follows a comment or declaration, so its name "
+                note("<" + std::string(ascii::Trim(name)) +
+                     "> follows a comment or declaration, so its name "
                      "starts with white space and it is not found; remove the comment");
             open.push_back({index, ascii::Lower(ascii::Trim(name))});
         }
@@ -125,7 +129,8 @@ Scan ScanLikeTheReader(std::string_view text) {
     }
     if (inTag && !ascii::Trim(tag).empty()) note("the text ends inside a tag");
     for (std::size_t i = rootClosed ? 1 : 0; i < open.size(); ++i)
-        scan.repairs.push_back({open[i].element, scan.lines[open[i].element], "<" + open[i].name + "> is never closed"});
+        scan.repairs.push_back(
+            {open[i].element, scan.lines[open[i].element], "<" + open[i].name + "> is never closed"});
     return scan;
 }
 
@@ -161,8 +166,8 @@ const char* const kGeometryVariables[] = {"$LEFT$", "$TOP$", "$WIDTH$", "$HEIGHT
 
 bool IsBase64Text(std::string_view text) {
     for (unsigned char c : text) {
-        bool ok = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
-                  c == '/' || c == '=' || ascii::IsSpace(c);
+        bool ok = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/' ||
+                  c == '=' || ascii::IsSpace(c);
         if (!ok) return false;
     }
     return true;
@@ -189,11 +194,14 @@ std::string BadEntity(std::string_view text) {
             bool hex = !digits.empty() && (digits[0] == 'x' || digits[0] == 'X');
             if (hex) digits.remove_prefix(1);
             known = !digits.empty() && digits.size() < 9;
-            for (char c : digits) known = known && (hex ? std::isxdigit(static_cast<unsigned char>(c)) : std::isdigit(static_cast<unsigned char>(c)));
+            for (char c : digits)
+                known = known && (hex ? std::isxdigit(static_cast<unsigned char>(c))
+                                      : std::isdigit(static_cast<unsigned char>(c)));
         }
         if (!known) {
             std::size_t end = rest.find_first_of(" ;<\"");
-            return std::string(text.substr(at, std::min<std::size_t>(end == std::string_view::npos ? rest.size() : end + 1, 11) + 1));
+            return std::string(
+                text.substr(at, std::min<std::size_t>(end == std::string_view::npos ? rest.size() : end + 1, 11) + 1));
         }
     }
     return {};
@@ -206,7 +214,8 @@ std::vector<std::string> VariablesIn(std::string_view text) {
     for (std::size_t at = text.find('$'); at != std::string_view::npos; at = text.find('$', at + 1)) {
         std::size_t end = at + 1;
         while (end < text.size() && (std::isalnum(static_cast<unsigned char>(text[end])) || text[end] == '_')) ++end;
-        if (end < text.size() && text[end] == '$' && end > at + 1 && !std::isdigit(static_cast<unsigned char>(text[at + 1]))) {
+        if (end < text.size() && text[end] == '$' && end > at + 1 &&
+            !std::isdigit(static_cast<unsigned char>(text[at + 1]))) {
             found.emplace_back(text.substr(at, end - at + 1));
             at = end;
         }
@@ -227,8 +236,7 @@ std::string BitmapProblem(std::string_view bytes) {
     int height = static_cast<std::int32_t>(Little(bytes, 22, 4));
     unsigned bits = Little(bytes, 28, 2), compression = Little(bytes, 30, 4), offset = Little(bytes, 10, 4);
     if (width != 16 || (height != 16 && height != -16))
-        return "is " + std::to_string(width) + " x " + std::to_string(height < 0 ? -height : height) +
-               ", not 16 x 16";
+        return "is " + std::to_string(width) + " x " + std::to_string(height < 0 ? -height : height) + ", not 16 x 16";
     if (bits != 1 && bits != 4 && bits != 8 && bits != 16 && bits != 24 && bits != 32)
         return "has " + std::to_string(bits) + " bits per pixel";
     if (compression != 0 && compression != 3) return "is compressed";
@@ -330,7 +338,8 @@ private:
             if (known) continue;
             Add(Severity::kWarning, &element,
                 "attribute '" + name + "' is not read" +
-                    (sameButCase.empty() ? std::string() : "; attribute names are case-sensitive: write '" + sameButCase + "'"));
+                    (sameButCase.empty() ? std::string()
+                                         : "; attribute names are case-sensitive: write '" + sameButCase + "'"));
         }
         std::set<std::string> single;
         for (std::size_t i = 0; i < element.GetChildCount(); ++i) {
@@ -356,7 +365,8 @@ private:
 
     static std::vector<std::string> AttributeNames(const CXmlElement& element) {
         std::vector<std::string> names;
-        element.GetAttributes().ForEach([&names](const std::string& name, const std::string&) { names.push_back(name); });
+        element.GetAttributes().ForEach(
+            [&names](const std::string& name, const std::string&) { names.push_back(name); });
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -367,7 +377,8 @@ private:
             if (bad.empty()) bad = BadEntity(value);
         });
         if (!bad.empty())
-            Add(Severity::kWarning, &element, "'" + bad + "' is no entity the reader knows; it stays as it is (write &amp;)");
+            Add(Severity::kWarning, &element,
+                "'" + bad + "' is no entity the reader knows; it stays as it is (write &amp;)");
     }
 
     void CheckRoot(const CXmlElement& root) {
@@ -394,8 +405,8 @@ private:
         if (!property.GetAttributes().Contains("type"))
             Add(Severity::kWarning, &property, "no type: it is read as 0, a Boolean");
         else if (std::string(ascii::Trim(typeText)) != std::to_string(code) || !IsKnownPropertyType(type))
-            Add(Severity::kWarning, &property, "type '" + typeText + "' is none of 0 to 8; it is read as " +
-                                                   std::to_string(code));
+            Add(Severity::kWarning, &property,
+                "type '" + typeText + "' is none of 0 to 8; it is read as " + std::to_string(code));
         std::string variable = CXmlDocument::Unescape(property.GetAttribute("variable"));
         if (variable.empty()) {
             Add(Severity::kWarning, &property, "no variable: the property's value reaches no page");
@@ -410,7 +421,8 @@ private:
         if (type == PropertyType::kColor && !IsColour(value))
             Add(Severity::kWarning, &property, "colour value '" + value + "' is not #RRGGBB");
         std::string options = property.GetAttribute("options");
-        if (type == PropertyType::kChoice && options.empty()) Add(Severity::kWarning, &property, "a choice without options offers nothing");
+        if (type == PropertyType::kChoice && options.empty())
+            Add(Severity::kWarning, &property, "a choice without options offers nothing");
         if (type != PropertyType::kChoice && !options.empty())
             Add(Severity::kWarning, &property, "options are read only for choices (type 7)");
         bool hasGallery = property.GetAttributes().Contains("gallerytemplate");
@@ -426,13 +438,15 @@ private:
             return;
         }
         if (!IsBase64Text(stored))
-            Add(Severity::kWarning, &property, "gallerytemplate is not Base64; the plug-in decodes it to something else");
+            Add(Severity::kWarning, &property,
+                "gallerytemplate is not Base64; the plug-in decodes it to something else");
         std::string stylesheet = Base64DecodeOrKeep(stored);
         usingTexts_.push_back({stylesheet, &property});
         if (!variable.empty() && stylesheet.find(variable) != std::string::npos)
             Add(Severity::kWarning, &property,
-                "the gallery template uses its own variable " + variable + ", which would expand without end; "
-                "the plug-in gives no gallery");
+                "the gallery template uses its own variable " + variable +
+                    ", which would expand without end; "
+                    "the plug-in gives no gallery");
         if (StylesheetReachesOutside(stylesheet))
             Add(Severity::kError, &property,
                 "the gallery template calls document(), imports or includes style sheets, declares a document "
@@ -490,7 +504,8 @@ private:
         }
     }
 
-    void CheckFile(const CXmlElement& file, const std::string& folder, std::map<std::string, const CXmlElement*>& written) {
+    void CheckFile(const CXmlElement& file, const std::string& folder,
+                   std::map<std::string, const CXmlElement*>& written) {
         std::string name = file.GetAttribute("filename");
         if (name.empty()) {
             Add(Severity::kWarning, &file, "a FILE without filename is not written");
@@ -502,8 +517,9 @@ private:
                 if (c == '\\') c = '/';
             auto [at, added] = written.emplace(path, &file);
             if (!added)
-                Add(Severity::kWarning, &file, "'" + folder + name + "' is also written by the FILE at line " +
-                                                   std::to_string(lines_[at->second]) + "; the later one wins");
+                Add(Severity::kWarning, &file,
+                    "'" + folder + name + "' is also written by the FILE at line " +
+                        std::to_string(lines_[at->second]) + "; the later one wins");
         }
         std::string flag = file.GetAttribute("process_file");
         std::string lower = ascii::Lower(ascii::Trim(flag));
@@ -519,7 +535,8 @@ private:
         if (const CXmlElement* bitmap = FirstChildNamed(root, "BITMAP")) {
             std::string problem = BitmapProblem(Base64DecodeOrKeep(bitmap->GetValue()));
             if (!problem.empty())
-                Add(Severity::kWarning, bitmap, "the toolbar picture " + problem + "; the plug-in's own picture is shown");
+                Add(Severity::kWarning, bitmap,
+                    "the toolbar picture " + problem + "; the plug-in's own picture is shown");
         }
         if (const CXmlElement* image = FirstChildNamed(root, "IMAGE")) {
             if (!IsPicture(Base64DecodeOrKeep(image->GetValue())))
@@ -546,8 +563,10 @@ private:
             bool found = used.count(variable) != 0;
             for (const auto& [text, element] : usingTexts_) found = found || text.find(variable) != std::string::npos;
             if (!found)
-                Add(Severity::kWarning, property, "variable " + variable + " appears in no template, processed file "
-                                                  "or gallery template");
+                Add(Severity::kWarning, property,
+                    "variable " + variable +
+                        " appears in no template, processed file "
+                        "or gallery template");
         }
     }
 

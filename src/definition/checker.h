@@ -19,8 +19,8 @@ namespace definition {
 struct Problem {
     enum class Severity { kWarning, kError };
     Severity severity = Severity::kWarning;
-    int line = 0;       // of the element's start tag, 1-based; 0 for the whole text
-    std::string path;   // the element, e.g. "EXTENSION/PROPERTIES/CATEGORY[2]/PROPERTY[1]"
+    int line = 0;      // of the element's start tag, 1-based; 0 for the whole text
+    std::string path;  // the element, e.g. "EXTENSION/PROPERTIES/CATEGORY[2]/PROPERTY[1]"
     // The element's place in document order (the root is 0), so a caller
     // can point into the source it made the text from; -1 for none.
     int element = -1;

@@ -19,8 +19,14 @@ constexpr int kIndentStep = 4;
 bool IsNameCharacter(char c, bool element) {
     if (ascii::IsSpace(static_cast<unsigned char>(c))) return false;
     switch (c) {
-        case '<': case '>': case '/': case '=': case '"': case '&': return false;
-        case '[': case ']': return !element;
+        case '<':
+        case '>':
+        case '/':
+        case '=':
+        case '"':
+        case '&': return false;
+        case '[':
+        case ']': return !element;
         default: return true;
     }
 }
@@ -176,8 +182,8 @@ ManifestElement ParseManifest(std::string_view text) {
             Fail(lineNumber, "attribute '" + attribute.name + "' needs a value ('= text', '< file' or '<< file')");
         ManifestElement* owner = open.back().element;
         if (!owner->children.empty())
-            Fail(lineNumber, "attribute '" + attribute.name + "' must come before the child elements of [" +
-                                 owner->name + "]");
+            Fail(lineNumber,
+                 "attribute '" + attribute.name + "' must come before the child elements of [" + owner->name + "]");
         if (!attributeNames[owner->line].insert(attribute.name).second)
             Fail(lineNumber, "attribute '" + attribute.name + "' appears twice in [" + owner->name + "]");
         owner->attributes.push_back(std::move(attribute));

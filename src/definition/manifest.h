@@ -47,10 +47,10 @@ struct DefinitionError : std::runtime_error {
 };
 
 enum class ValueSource {
-    kNone,       // no value (element lines only)
-    kText,       // "= text"
-    kBase64File, // "< path"
-    kTextFile,   // "<< path"
+    kNone,        // no value (element lines only)
+    kText,        // "= text"
+    kBase64File,  // "< path"
+    kTextFile,    // "<< path"
 };
 
 struct ManifestValue {

@@ -22,7 +22,9 @@ void CheckStorable(std::string_view text, bool attribute, const std::string& wha
     for (char c : text) {
         if (c == '<' || c == '>' || (attribute && c == '"'))
             throw DefinitionError(what + " contains '" + c + "'; write it as " +
-                                  (c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&quot;"));
+                                  (c == '<'   ? "&lt;"
+                                   : c == '>' ? "&gt;"
+                                              : "&quot;"));
     }
 }
 

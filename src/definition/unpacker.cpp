@@ -55,8 +55,8 @@ private:
 bool IsSafeFileName(std::string_view name) {
     if (name.empty() || name.front() == '.' || name.size() > 100) return false;
     for (char c : name) {
-        bool ok = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
-                  c == '_' || c == '-';
+        bool ok = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' || c == '_' ||
+                  c == '-';
         if (!ok) return false;
     }
     return true;
@@ -197,9 +197,10 @@ UnpackedDefinition UnpackDefinition(std::string_view xml) {
     document.Parse(xml);
     std::string rootName(ascii::Trim(document.GetRoot()->GetName()));
     if (rootName != "EXTENSION")
-        throw DefinitionError(rootName.empty() ? std::string("no root element found; this is not an extension definition")
-                                               : "the root element is '" + rootName +
-                                                     "', not EXTENSION; this is not an extension definition");
+        throw DefinitionError(rootName.empty()
+                                  ? std::string("no root element found; this is not an extension definition")
+                                  : "the root element is '" + rootName +
+                                        "', not EXTENSION; this is not an extension definition");
 
     if (document.IsTruncated())
         throw DefinitionError("elements nested more than " + std::to_string(kMaxNesting) + " levels deep");

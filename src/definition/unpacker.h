@@ -11,13 +11,13 @@
 namespace definition {
 
 struct UnpackedFile {
-    std::string path;   // relative, '/' between folders
+    std::string path;  // relative, '/' between folders
     std::string bytes;
 };
 
 struct UnpackedDefinition {
-    std::string manifest;              // the text of manifest.txt
-    std::vector<UnpackedFile> files;   // the files the manifest names
+    std::string manifest;             // the text of manifest.txt
+    std::vector<UnpackedFile> files;  // the files the manifest names
     // Whether packing the folder again gives the definition byte for byte.
     // True for every definition the packer wrote; a hand-made one may use a
     // layout the writer does not produce (other indentation, attribute order).

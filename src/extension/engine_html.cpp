@@ -39,9 +39,7 @@ bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::st
     if (!ContainsVariable(text, variable)) return false;
     replacement = CurrentValueOf(property);
     switch (rule.type) {
-        case PropertyType::kColor:
-            replacement = ApplyColorType(replacement, property.GetAttribute("colortype"));
-            break;
+        case PropertyType::kColor: replacement = ApplyColorType(replacement, property.GetAttribute("colortype")); break;
         case PropertyType::kFile:
             if (reduceFiles) replacement = std::string(PublishedFileName(replacement));
             break;
@@ -57,8 +55,7 @@ bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::st
             replacement = GetGalleryCode(property, replacement, keepPaths);
             break;
         }
-        default:
-            break;
+        default: break;
     }
     return true;
 }
@@ -125,11 +122,10 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     if (parsed.IsTruncated()) return std::string();
 
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
-    std::string list = keepPaths ? std::string(value)
-                                 : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
-                                       return services_.fileSystem ? services_.fileSystem->NameToUtf8(name)
-                                                                   : std::string(name);
-                                   });
+    std::string list =
+        keepPaths ? std::string(value) : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
+            return services_.fileSystem ? services_.fileSystem->NameToUtf8(name) : std::string(name);
+        });
     ReplaceVariables(stylesheet);
     // Whatever the transformer's own settings, a gallery never reads the
     // user's files or reaches the network.

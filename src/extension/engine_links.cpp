@@ -43,9 +43,8 @@ std::string CExtensionEngine::GetURL(int index) {
 }
 
 void CExtensionEngine::SetURL(int index, std::string_view text) {
-    ForEachMatchingLink(*definition_.GetRoot(), index, [&](const CXmlElement& property) {
-        values_.Set(ReadPropertyRule(property).variable, text);
-    });
+    ForEachMatchingLink(*definition_.GetRoot(), index,
+                        [&](const CXmlElement& property) { values_.Set(ReadPropertyRule(property).variable, text); });
 }
 
 CXmlElement* CExtensionEngine::FindCurrentPage(CXmlElement* start) {

@@ -72,7 +72,8 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
             std::string value = CurrentValueOf(property);
             std::string_view name = PublishedFileName(value);
             if (name.empty()) {
-                if (!value.empty()) plan.leftOut.push_back("the file '" + value + "' of " + rule.variable + " names no file");
+                if (!value.empty())
+                    plan.leftOut.push_back("the file '" + value + "' of " + rule.variable + " names no file");
                 return;
             }
             AddCopy(plan, value, std::string(outputFolder) + std::string(name));
@@ -163,15 +164,9 @@ void CExtensionEngine::RunPlan(const PublishPlan& plan) {
     CFileSystem& files = *services_.fileSystem;
     for (const PublishStep& step : plan.steps) {
         switch (step.action) {
-            case PublishStep::Action::kMakeFolders:
-                CreateDirectoryPath(step.target);
-                break;
-            case PublishStep::Action::kWrite:
-                files.WriteWholeFile(step.target, step.content);
-                break;
-            case PublishStep::Action::kCopy:
-                files.CopyFileOverwriting(step.source, step.target);
-                break;
+            case PublishStep::Action::kMakeFolders: CreateDirectoryPath(step.target); break;
+            case PublishStep::Action::kWrite: files.WriteWholeFile(step.target, step.content); break;
+            case PublishStep::Action::kCopy: files.CopyFileOverwriting(step.source, step.target); break;
         }
     }
 }

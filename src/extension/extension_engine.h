@@ -145,8 +145,8 @@ private:
     // paths reduced when reduceFiles, gallery markup for image lists (empty
     // when the variable is already being expanded, which would never end).
     // Returns false when the property has nothing to replace in text.
-    bool ReplacementFor(const CXmlElement& property, const std::string& text, bool reduceFiles,
-                        int keepPaths, std::string& variable, std::string& replacement);
+    bool ReplacementFor(const CXmlElement& property, const std::string& text, bool reduceFiles, int keepPaths,
+                        std::string& variable, std::string& replacement);
 
     ExtensionServices services_;
     ExtensionRect position_;

@@ -57,11 +57,10 @@ void CExtGridCellColor::ApplyColor(const CExtGridCellContext& context, COLORREF 
 }
 
 bool CExtGridCellColor::RunColorDialog(HWND owner, COLORREF* color) {
-    static COLORREF customColors[16] = {
-        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
-        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
-        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
-        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255)};
+    static COLORREF customColors[16] = {RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
+                                        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
+                                        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
+                                        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255)};
     CHOOSECOLORA cc{};
     cc.lStructSize = sizeof(cc);
     cc.hwndOwner = owner;
@@ -90,13 +89,10 @@ void CExtGridCellColor::OnButtonClick(const CExtGridCellContext& context, int in
     }
     COLORREF picked = m_color;
     switch (popup.Track(owner, at, anchorRight, m_color, &picked)) {
-    case CExtColorPopup::Result::kPicked:
-        ApplyColor(context, picked);
-        break;
-    case CExtColorPopup::Result::kCustomCommand:
-        if (RunColorDialog(context.OwnerWindow(), &picked)) ApplyColor(context, picked);
-        break;
-    case CExtColorPopup::Result::kCancelled:
-        break;
+        case CExtColorPopup::Result::kPicked: ApplyColor(context, picked); break;
+        case CExtColorPopup::Result::kCustomCommand:
+            if (RunColorDialog(context.OwnerWindow(), &picked)) ApplyColor(context, picked);
+            break;
+        case CExtColorPopup::Result::kCancelled: break;
     }
 }

@@ -56,8 +56,7 @@ private:
 class CExtGridCellDropListComboBox : public CExtGridCellComboBox {
     PWGRID_DECLARE_CELL(CExtGridCellDropListComboBox)
 public:
-    explicit CExtGridCellDropListComboBox(CExtGridAllocator* allocator = nullptr)
-        : CExtGridCellComboBox(allocator) {
+    explicit CExtGridCellDropListComboBox(CExtGridAllocator* allocator = nullptr) : CExtGridCellComboBox(allocator) {
         SetListBound(true);
     }
     EditorKind GetEditorKind() const override { return IsReadOnly() ? EditorKind::kNone : EditorKind::kDropList; }

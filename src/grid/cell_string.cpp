@@ -6,9 +6,7 @@ PWGRID_IMPLEMENT_CELL(CExtGridCellString, CExtGridCell)
 PWGRID_IMPLEMENT_CELL(CExtGridCellPassword, CExtGridCellString)
 PWGRID_IMPLEMENT_CELL(CExtGridCellHeader, CExtGridCell)
 
-std::string CExtGridCellPassword::GetDisplayText() const {
-    return std::string(m_text.size(), '*');
-}
+std::string CExtGridCellPassword::GetDisplayText() const { return std::string(m_text.size(), '*'); }
 
 void CExtGridCellPassword::OnPaintText(const CExtGridPaintContext& pc, const RECT& textRect) const {
     if (!IsTextRectVisible(pc, textRect)) return;

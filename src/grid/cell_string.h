@@ -23,8 +23,6 @@ public:
 class CExtGridCellHeader : public CExtGridCell {
     PWGRID_DECLARE_CELL(CExtGridCellHeader)
 public:
-    explicit CExtGridCellHeader(CExtGridAllocator* allocator = nullptr) : CExtGridCell(allocator) {
-        SetReadOnly(true);
-    }
+    explicit CExtGridCellHeader(CExtGridAllocator* allocator = nullptr) : CExtGridCell(allocator) { SetReadOnly(true); }
     void PaintValue(const CExtGridPaintContext& pc, const RECT& valueRect) const override;
 };

@@ -36,14 +36,14 @@ bool ParseDouble(const std::string& text, double* value) {
 
 std::int32_t CExtGridCellVariant::GetInt32() const {
     switch (m_type) {
-    case Type::kInt32:
-    case Type::kBool: return m_int;
-    case Type::kDouble: return static_cast<std::int32_t>(m_double);
-    case Type::kString: {
-        std::int32_t v = 0;
-        return ParseInt32(m_text, &v) ? v : 0;
-    }
-    default: return 0;
+        case Type::kInt32:
+        case Type::kBool: return m_int;
+        case Type::kDouble: return static_cast<std::int32_t>(m_double);
+        case Type::kString: {
+            std::int32_t v = 0;
+            return ParseInt32(m_text, &v) ? v : 0;
+        }
+        default: return 0;
     }
 }
 
@@ -59,20 +59,20 @@ double CExtGridCellVariant::GetDouble() const {
 std::string CExtGridCellVariant::GetText() const {
     char buffer[64];
     switch (m_type) {
-    case Type::kInt32: std::snprintf(buffer, sizeof buffer, "%d", static_cast<int>(m_int)); return buffer;
-    case Type::kDouble: std::snprintf(buffer, sizeof buffer, "%g", m_double); return buffer;
-    case Type::kBool: return m_int ? "true" : "false";
-    case Type::kString: return m_text;
-    default: return std::string();
+        case Type::kInt32: std::snprintf(buffer, sizeof buffer, "%d", static_cast<int>(m_int)); return buffer;
+        case Type::kDouble: std::snprintf(buffer, sizeof buffer, "%g", m_double); return buffer;
+        case Type::kBool: return m_int ? "true" : "false";
+        case Type::kString: return m_text;
+        default: return std::string();
     }
 }
 
 void CExtGridCellVariant::SetText(const std::string& text) {
     switch (m_type) {
-    case Type::kInt32: ParseInt32(text, &m_int); break;
-    case Type::kDouble: ParseDouble(text, &m_double); break;
-    case Type::kBool: m_int = text == "true" ? 1 : 0; break;
-    default: SetString(text); break;
+        case Type::kInt32: ParseInt32(text, &m_int); break;
+        case Type::kDouble: ParseDouble(text, &m_double); break;
+        case Type::kBool: m_int = text == "true" ? 1 : 0; break;
+        default: SetString(text); break;
     }
 }
 
@@ -80,10 +80,10 @@ bool CExtGridCellVariant::ValidateText(const std::string& text) const {
     std::int32_t i;
     double d;
     switch (m_type) {
-    case Type::kInt32: return ParseInt32(text, &i);
-    case Type::kDouble: return ParseDouble(text, &d);
-    case Type::kBool: return text == "true" || text == "false";
-    default: return true;
+        case Type::kInt32: return ParseInt32(text, &i);
+        case Type::kDouble: return ParseDouble(text, &d);
+        case Type::kBool: return text == "true" || text == "false";
+        default: return true;
     }
 }
 

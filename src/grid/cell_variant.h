@@ -15,10 +15,22 @@ public:
 
     Type GetType() const { return m_type; }
     void SetEmpty() { m_type = Type::kEmpty; }
-    void SetInt32(std::int32_t value) { m_type = Type::kInt32; m_int = value; }
-    void SetDouble(double value) { m_type = Type::kDouble; m_double = value; }
-    void SetBool(bool value) { m_type = Type::kBool; m_int = value ? 1 : 0; }
-    void SetString(const std::string& value) { m_type = Type::kString; m_text = value; }
+    void SetInt32(std::int32_t value) {
+        m_type = Type::kInt32;
+        m_int = value;
+    }
+    void SetDouble(double value) {
+        m_type = Type::kDouble;
+        m_double = value;
+    }
+    void SetBool(bool value) {
+        m_type = Type::kBool;
+        m_int = value ? 1 : 0;
+    }
+    void SetString(const std::string& value) {
+        m_type = Type::kString;
+        m_text = value;
+    }
     // The value converted: text is parsed, non-numbers give 0.
     std::int32_t GetInt32() const;
     double GetDouble() const;

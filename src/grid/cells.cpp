@@ -13,9 +13,8 @@ void RegisterBuiltInGridCells() {
     done = true;
     for (const CExtGridCellClass* c :
          {&CExtGridCell::kClass, &CExtGridCellString::kClass, &CExtGridCellPassword::kClass,
-          &CExtGridCellHeader::kClass, &CExtGridCellBool::kClass, &CExtGridCellColor::kClass,
-          &CExtGridCellFile::kClass, &CExtGridCellFolder::kClass, &CExtGridCellComboBox::kClass,
-          &CExtGridCellDropListComboBox::kClass, &CExtGridCellFontName::kClass,
-          &CExtGridCellVariant::kClass, &CExtGridCellUpDown::kClass})
+          &CExtGridCellHeader::kClass, &CExtGridCellBool::kClass, &CExtGridCellColor::kClass, &CExtGridCellFile::kClass,
+          &CExtGridCellFolder::kClass, &CExtGridCellComboBox::kClass, &CExtGridCellDropListComboBox::kClass,
+          &CExtGridCellFontName::kClass, &CExtGridCellVariant::kClass, &CExtGridCellUpDown::kClass})
         CExtGridCellClass::Register(*c);
 }

@@ -17,12 +17,11 @@ COLORREF Hex(unsigned rgb) { return RGB((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, r
 
 const std::vector<COLORREF>& CExtColorPopup::Palette() {
     static const std::vector<COLORREF> palette = [] {
-        const unsigned rgb[] = {
-            0x000000, 0x993300, 0x333300, 0x003300, 0x003366, 0x000080, 0x333399, 0x333333,
-            0x800000, 0xFF6600, 0x808000, 0x008000, 0x008080, 0x0000FF, 0x666699, 0x808080,
-            0xFF0000, 0xFF9900, 0x99CC00, 0x339966, 0x33CCCC, 0x3366FF, 0x800080, 0x969696,
-            0xFF00FF, 0xFFCC00, 0xFFFF00, 0x00FF00, 0x00FFFF, 0x00CCFF, 0x993366, 0xC0C0C0,
-            0xFF99CC, 0xFFCC99, 0xFFFF99, 0xCCFFCC, 0xCCFFFF, 0x99CCFF, 0xCC99FF, 0xFFFFFF};
+        const unsigned rgb[] = {0x000000, 0x993300, 0x333300, 0x003300, 0x003366, 0x000080, 0x333399, 0x333333,
+                                0x800000, 0xFF6600, 0x808000, 0x008000, 0x008080, 0x0000FF, 0x666699, 0x808080,
+                                0xFF0000, 0xFF9900, 0x99CC00, 0x339966, 0x33CCCC, 0x3366FF, 0x800080, 0x969696,
+                                0xFF00FF, 0xFFCC00, 0xFFFF00, 0x00FF00, 0x00FFFF, 0x00CCFF, 0x993366, 0xC0C0C0,
+                                0xFF99CC, 0xFFCC99, 0xFFFF99, 0xCCFFCC, 0xCCFFFF, 0x99CCFF, 0xCC99FF, 0xFFFFFF};
         std::vector<COLORREF> colors;
         for (unsigned c : rgb) colors.push_back(Hex(c));
         return colors;
@@ -141,7 +140,7 @@ void CExtColorPopup::MoveFocus(int dx, int dy) {
         SetHot(m_showAutomatic ? 1 : 0);
         return;
     }
-    int first = m_showAutomatic ? 1 : 0;   // index of the first swatch
+    int first = m_showAutomatic ? 1 : 0;  // index of the first swatch
     int last = first + static_cast<int>(Palette().size()) - 1;
     int hot = m_hot;
     if (hot >= first && hot <= last) {
@@ -155,9 +154,9 @@ void CExtColorPopup::MoveFocus(int dx, int dy) {
             hot = row == 4 ? last + 1 : hot + kColumns;
         }
         (void)col;
-    } else if (hot < first) {      // Automatic
+    } else if (hot < first) {  // Automatic
         if (dy > 0) hot = first;
-    } else {                        // the custom command
+    } else {  // the custom command
         if (dy < 0) hot = last - kColumns + 1;
     }
     SetHot(hot);
@@ -180,19 +179,17 @@ void CExtColorPopup::Finish(int entry) {
 
 bool CExtColorPopup::HandleKey(WPARAM key) {
     switch (key) {
-    case VK_ESCAPE: Finish(-1); return true;
-    case VK_RETURN:
-    case VK_SPACE:
-        if (m_hot >= 0) Finish(m_hot);
-        return true;
-    case VK_LEFT: MoveFocus(-1, 0); return true;
-    case VK_RIGHT: MoveFocus(1, 0); return true;
-    case VK_UP: MoveFocus(0, -1); return true;
-    case VK_DOWN: MoveFocus(0, 1); return true;
-    case VK_TAB:
-        SetHot(m_hot < 0 ? 0 : (m_hot + 1) % static_cast<int>(m_entries.size()));
-        return true;
-    default: return false;
+        case VK_ESCAPE: Finish(-1); return true;
+        case VK_RETURN:
+        case VK_SPACE:
+            if (m_hot >= 0) Finish(m_hot);
+            return true;
+        case VK_LEFT: MoveFocus(-1, 0); return true;
+        case VK_RIGHT: MoveFocus(1, 0); return true;
+        case VK_UP: MoveFocus(0, -1); return true;
+        case VK_DOWN: MoveFocus(0, 1); return true;
+        case VK_TAB: SetHot(m_hot < 0 ? 0 : (m_hot + 1) % static_cast<int>(m_entries.size())); return true;
+        default: return false;
     }
 }
 
@@ -202,52 +199,53 @@ LRESULT CExtColorPopup::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     HWND hwnd = m_hwnd;
     CExtColorPopup* self = this;
     switch (message) {
-    case WM_ERASEBKGND: return 1;
-    case WM_PAINT: {
-        PAINTSTRUCT ps;
-        HDC dc = BeginPaint(hwnd, &ps);
-        HDC mem = CreateCompatibleDC(dc);
-        HBITMAP bitmap = CreateCompatibleBitmap(dc, self->m_size.cx, self->m_size.cy);
-        HGDIOBJ old = SelectObject(mem, bitmap);
-        self->Paint(mem);
-        BitBlt(dc, 0, 0, self->m_size.cx, self->m_size.cy, mem, 0, 0, SRCCOPY);
-        SelectObject(mem, old);
-        DeleteObject(bitmap);
-        DeleteDC(mem);
-        EndPaint(hwnd, &ps);
-        return 0;
-    }
-    case WM_MOUSEMOVE: {
-        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        self->SetHot(self->HitTest(p));
-        return 0;
-    }
-    case WM_LBUTTONDOWN:
-    case WM_RBUTTONDOWN:
-    case WM_MBUTTONDOWN: {
-        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        RECT client;
-        GetClientRect(hwnd, &client);
-        if (!PtInRect(&client, p)) self->Finish(-1);   // a click elsewhere closes it
-        return 0;
-    }
-    case WM_LBUTTONUP: {
-        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        int hit = self->HitTest(p);
-        if (hit >= 0) self->Finish(hit);
-        return 0;
-    }
-    case WM_CAPTURECHANGED:
-        if (reinterpret_cast<HWND>(lParam) != hwnd && !self->m_done) self->Finish(-1);
-        return 0;
-    case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
+        case WM_ERASEBKGND: return 1;
+        case WM_PAINT: {
+            PAINTSTRUCT ps;
+            HDC dc = BeginPaint(hwnd, &ps);
+            HDC mem = CreateCompatibleDC(dc);
+            HBITMAP bitmap = CreateCompatibleBitmap(dc, self->m_size.cx, self->m_size.cy);
+            HGDIOBJ old = SelectObject(mem, bitmap);
+            self->Paint(mem);
+            BitBlt(dc, 0, 0, self->m_size.cx, self->m_size.cy, mem, 0, 0, SRCCOPY);
+            SelectObject(mem, old);
+            DeleteObject(bitmap);
+            DeleteDC(mem);
+            EndPaint(hwnd, &ps);
+            return 0;
+        }
+        case WM_MOUSEMOVE: {
+            POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            self->SetHot(self->HitTest(p));
+            return 0;
+        }
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN: {
+            POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            RECT client;
+            GetClientRect(hwnd, &client);
+            if (!PtInRect(&client, p)) self->Finish(-1);  // a click elsewhere closes it
+            return 0;
+        }
+        case WM_LBUTTONUP: {
+            POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            int hit = self->HitTest(p);
+            if (hit >= 0) self->Finish(hit);
+            return 0;
+        }
+        case WM_CAPTURECHANGED:
+            if (reinterpret_cast<HWND>(lParam) != hwnd && !self->m_done) self->Finish(-1);
+            return 0;
+        case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
     }
     return DefWindowProcA(hwnd, message, wParam, lParam);
 }
 
 CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRight, COLORREF current,
                                              COLORREF* picked) {
-    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtColorPopup>, CS_DROPSHADOW | CS_SAVEBITS)) return Result::kCancelled;
+    if (!EnsureGridWindowClass(kClassName, BoundWindowProc<CExtColorPopup>, CS_DROPSHADOW | CS_SAVEBITS))
+        return Result::kCancelled;
     m_current = current;
     m_done = false;
     m_result = Result::kCancelled;
@@ -268,8 +266,8 @@ CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRig
     if (y + height > mi.rcWork.bottom) y = (std::max)(static_cast<int>(mi.rcWork.top), y - height - m_pm->RowHeight());
 
     HWND topLevel = owner ? GetAncestor(owner, GA_ROOT) : nullptr;
-    m_hwnd = CreateWindowExA(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, kClassName, "", WS_POPUP | WS_BORDER, x, y,
-                             width, height, topLevel, nullptr, OwnModule(), this);
+    m_hwnd = CreateWindowExA(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, kClassName, "", WS_POPUP | WS_BORDER, x, y, width,
+                             height, topLevel, nullptr, OwnModule(), this);
     if (!m_hwnd) return Result::kCancelled;
     g_activePopup = m_hwnd;
     ShowWindow(m_hwnd, SW_SHOWNOACTIVATE);
@@ -283,7 +281,10 @@ CExtColorPopup::Result CExtColorPopup::Track(HWND owner, POINT at, int anchorRig
             break;
         }
         if (msg.message == WM_KEYDOWN || msg.message == WM_SYSKEYDOWN) {
-            if (msg.wParam == VK_MENU || msg.message == WM_SYSKEYDOWN) { Finish(-1); continue; }
+            if (msg.wParam == VK_MENU || msg.message == WM_SYSKEYDOWN) {
+                Finish(-1);
+                continue;
+            }
             HandleKey(msg.wParam);
             continue;
         }

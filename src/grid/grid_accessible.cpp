@@ -102,7 +102,7 @@ HRESULT CExtGridAccessible::get_accChildCount(long* count) {
 HRESULT CExtGridAccessible::get_accChild(VARIANT child, IDispatch** out) {
     if (!out) return E_POINTER;
     *out = nullptr;
-    return RowOf(child) >= 0 ? S_FALSE : E_INVALIDARG;   // rows are simple elements
+    return RowOf(child) >= 0 ? S_FALSE : E_INVALIDARG;  // rows are simple elements
 }
 
 HRESULT CExtGridAccessible::get_accName(VARIANT child, BSTR* name) {
@@ -208,8 +208,10 @@ HRESULT CExtGridAccessible::get_accDefaultAction(VARIANT child, BSTR* action) {
     if (row == -2) return E_INVALIDARG;
     if (row == -1) return S_FALSE;
     CExtPropertyItem* item = m_grid->RowItem(row);
-    if (!item->IsValue()) *action = ToBstr(item->IsExpanded() ? "Collapse" : "Expand");
-    else *action = ToBstr("Edit");
+    if (!item->IsValue())
+        *action = ToBstr(item->IsExpanded() ? "Collapse" : "Expand");
+    else
+        *action = ToBstr("Edit");
     return S_OK;
 }
 
@@ -228,8 +230,10 @@ HRESULT CExtGridAccessible::accLocation(long* left, long* top, long* width, long
     int row = RowOf(child);
     if (row == -2) return E_INVALIDARG;
     RECT rect;
-    if (row == -1) GetClientRect(m_grid->GetHwnd(), &rect);
-    else m_grid->GetRowRect(row, &rect);
+    if (row == -1)
+        GetClientRect(m_grid->GetHwnd(), &rect);
+    else
+        m_grid->GetRowRect(row, &rect);
     MapWindowPoints(m_grid->GetHwnd(), nullptr, reinterpret_cast<POINT*>(&rect), 2);
     *left = rect.left;
     *top = rect.top;
@@ -246,12 +250,20 @@ HRESULT CExtGridAccessible::accNavigate(long direction, VARIANT start, VARIANT* 
     int count = m_grid->RowCount();
     int target = -2;
     switch (direction) {
-    case NAVDIR_FIRSTCHILD: if (row == -1 && count) target = 0; break;
-    case NAVDIR_LASTCHILD: if (row == -1 && count) target = count - 1; break;
-    case NAVDIR_NEXT:
-    case NAVDIR_DOWN: if (row >= 0 && row + 1 < count) target = row + 1; break;
-    case NAVDIR_PREVIOUS:
-    case NAVDIR_UP: if (row > 0) target = row - 1; break;
+        case NAVDIR_FIRSTCHILD:
+            if (row == -1 && count) target = 0;
+            break;
+        case NAVDIR_LASTCHILD:
+            if (row == -1 && count) target = count - 1;
+            break;
+        case NAVDIR_NEXT:
+        case NAVDIR_DOWN:
+            if (row >= 0 && row + 1 < count) target = row + 1;
+            break;
+        case NAVDIR_PREVIOUS:
+        case NAVDIR_UP:
+            if (row > 0) target = row - 1;
+            break;
     }
     if (target < 0) return S_FALSE;
     SetChildId(end, target + 1);
@@ -277,8 +289,10 @@ HRESULT CExtGridAccessible::accDoDefaultAction(VARIANT child) {
     if (row < 0) return row == -1 ? S_FALSE : E_INVALIDARG;
     m_grid->FocusSet(row);
     CExtPropertyItem* item = m_grid->RowItem(row);
-    if (!item->IsValue()) m_grid->Expand(row, !item->IsExpanded());
-    else m_grid->BeginEdit();
+    if (!item->IsValue())
+        m_grid->Expand(row, !item->IsExpanded());
+    else
+        m_grid->BeginEdit();
     return S_OK;
 }
 

@@ -27,8 +27,8 @@ bool CExtGridArchive::ReadBytes(void* out, std::size_t count) {
 std::int32_t CExtGridArchive::ReadInt32() {
     std::uint8_t b[4];
     if (!ReadBytes(b, 4)) return 0;
-    return static_cast<std::int32_t>(std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 |
-                                     std::uint32_t(b[2]) << 16 | std::uint32_t(b[3]) << 24);
+    return static_cast<std::int32_t>(std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 |
+                                     std::uint32_t(b[3]) << 24);
 }
 
 std::string CExtGridArchive::ReadString() {
@@ -44,13 +44,22 @@ std::string CExtGridArchive::ReadString() {
 }
 
 void CExtGridArchive::Exchange(std::int32_t& value) {
-    if (m_loading) value = ReadInt32(); else WriteInt32(value);
+    if (m_loading)
+        value = ReadInt32();
+    else
+        WriteInt32(value);
 }
 
 void CExtGridArchive::Exchange(std::string& text) {
-    if (m_loading) text = ReadString(); else WriteString(text);
+    if (m_loading)
+        text = ReadString();
+    else
+        WriteString(text);
 }
 
 void CExtGridArchive::Exchange(bool& value) {
-    if (m_loading) value = ReadBool(); else WriteBool(value);
+    if (m_loading)
+        value = ReadBool();
+    else
+        WriteBool(value);
 }

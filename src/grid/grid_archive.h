@@ -12,8 +12,7 @@ public:
     // An archive for writing, starting empty.
     CExtGridArchive() : m_loading(false) {}
     // An archive for reading the given bytes.
-    explicit CExtGridArchive(std::vector<std::uint8_t> bytes)
-        : m_loading(true), m_bytes(std::move(bytes)) {}
+    explicit CExtGridArchive(std::vector<std::uint8_t> bytes) : m_loading(true), m_bytes(std::move(bytes)) {}
 
     bool IsLoading() const { return m_loading; }
     bool IsStoring() const { return !m_loading; }

@@ -28,9 +28,7 @@ bool CExtGridCellClass::IsDerivedFrom(const CExtGridCellClass& other) const {
     return false;
 }
 
-void CExtGridCellClass::Register(const CExtGridCellClass& cellClass) {
-    Registry()[cellClass.name] = &cellClass;
-}
+void CExtGridCellClass::Register(const CExtGridCellClass& cellClass) { Registry()[cellClass.name] = &cellClass; }
 
 const CExtGridCellClass* CExtGridCellClass::Find(const std::string& name) {
     RegisterBuiltInGridCells();
@@ -48,9 +46,8 @@ CExtGridCell* CExtGridCellClass::CreateCell(const std::string& name, CExtGridAll
 // hand the block back to the allocator that made it.
 
 namespace {
-constexpr std::size_t kHeaderSize = alignof(std::max_align_t) > sizeof(void*)
-                                        ? alignof(std::max_align_t)
-                                        : sizeof(void*);
+constexpr std::size_t kHeaderSize = alignof(std::max_align_t) > sizeof(void*) ? alignof(std::max_align_t)
+                                                                              : sizeof(void*);
 }
 
 void* CExtGridCell::operator new(std::size_t size, CExtGridAllocator* allocator) {
@@ -64,7 +61,10 @@ void CExtGridCell::operator delete(void* cell) {
     if (!cell) return;
     void* block = static_cast<char*>(cell) - kHeaderSize;
     CExtGridAllocator* allocator = *static_cast<CExtGridAllocator**>(block);
-    if (allocator) allocator->Free(block); else ::operator delete(block);
+    if (allocator)
+        allocator->Free(block);
+    else
+        ::operator delete(block);
 }
 
 // ---- copy, clone, archive ---------------------------------------------------
@@ -124,9 +124,7 @@ void CExtGridCell::OnPaintText(const CExtGridPaintContext& pc, const RECT& textR
 
 // ---- context ----------------------------------------------------------------
 
-HWND CExtGridCellContext::OwnerWindow() const {
-    return grid ? GetAncestor(grid->GetHwnd(), GA_ROOT) : nullptr;
-}
+HWND CExtGridCellContext::OwnerWindow() const { return grid ? GetAncestor(grid->GetHwnd(), GA_ROOT) : nullptr; }
 
 void CExtGridCellContext::InputComplete() const {
     if (grid && item) grid->OnCellInputComplete(*item);

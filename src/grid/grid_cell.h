@@ -42,29 +42,27 @@ struct CExtGridCellClass {
     static void Register(const CExtGridCellClass& cellClass);
 };
 
-#define PWGRID_DECLARE_CELL(ClassName)                                      \
-public:                                                                     \
-    static const CExtGridCellClass kClass;                                  \
+#define PWGRID_DECLARE_CELL(ClassName)     \
+public:                                    \
+    static const CExtGridCellClass kClass; \
     const CExtGridCellClass& GetCellClass() const override { return kClass; }
 
-#define PWGRID_IMPLEMENT_CELL(ClassName, BaseName)                                      \
-    const CExtGridCellClass ClassName::kClass{                                          \
-        #ClassName, &BaseName::kClass,                                                  \
-        [](CExtGridAllocator* allocator) -> CExtGridCell* {                             \
-            return new (allocator) ClassName(allocator);                                \
-        }};
+#define PWGRID_IMPLEMENT_CELL(ClassName, BaseName) \
+    const CExtGridCellClass ClassName::kClass{     \
+        #ClassName, &BaseName::kClass,             \
+        [](CExtGridAllocator* allocator) -> CExtGridCell* { return new (allocator) ClassName(allocator); }};
 
 // What a cell needs while it paints: the device context, the paint manager
 // (fonts, colours, themed parts) and the row's state.
 struct CExtGridPaintContext {
     HDC dc = nullptr;
     const CExtGridPaintManager* pm = nullptr;
-    HFONT font = nullptr;         // the font for the value text (bold when modified)
+    HFONT font = nullptr;  // the font for the value text (bold when modified)
     COLORREF textColor = 0;
-    bool selected = false;        // the row is the focus row
-    bool focused = false;         // ...and the grid has the keyboard focus
+    bool selected = false;  // the row is the focus row
+    bool focused = false;   // ...and the grid has the keyboard focus
     bool enabled = true;
-    RECT clip{};                  // the part of the row that needs painting
+    RECT clip{};  // the part of the row that needs painting
 };
 
 // Where a cell lives while the user works with it: the grid, the value item
@@ -90,9 +88,7 @@ class CExtGridCell {
 public:
     static const CExtGridCellClass kClass;
     virtual const CExtGridCellClass& GetCellClass() const { return kClass; }
-    bool IsKindOf(const CExtGridCellClass& cellClass) const {
-        return GetCellClass().IsDerivedFrom(cellClass);
-    }
+    bool IsKindOf(const CExtGridCellClass& cellClass) const { return GetCellClass().IsDerivedFrom(cellClass); }
 
     explicit CExtGridCell(CExtGridAllocator* allocator = nullptr) : m_allocator(allocator) {}
     CExtGridCell(const CExtGridCell&) = delete;

@@ -19,8 +19,7 @@ public:
 
     // Creates the control over textRect (the value without icon and buttons)
     // and gives it the focus. initialText, when given, replaces the value.
-    bool Open(const CExtGridCell& cell, const RECT& textRect, const RECT& valueRect,
-              const std::string* initialText);
+    bool Open(const CExtGridCell& cell, const RECT& textRect, const RECT& valueRect, const std::string* initialText);
     void Close();
     bool IsOpen() const { return m_control != nullptr; }
     // The control with the keyboard focus (the combo's edit box for combos).

@@ -131,8 +131,8 @@ void CExtGridPaintManager::DrawCheckBox(HDC dc, const RECT& rect, bool checked, 
     if (checked) {
         int w = size - 2 * Scale(3);
         int x = box.left + Scale(3), y = box.top + size / 2;
-        HPEN pen = CreatePen(PS_SOLID, (std::max)(2, Scale(2)),
-                             GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));
+        HPEN pen =
+            CreatePen(PS_SOLID, (std::max)(2, Scale(2)), GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));
         HGDIOBJ old = SelectObject(dc, pen);
         POINT mark[3] = {{x, y}, {x + w / 3, y + w / 3}, {x + w, y - w / 2}};
         Polyline(dc, mark, 3);
@@ -165,27 +165,36 @@ void CExtGridPaintManager::DrawExpander(HDC dc, const RECT& rect, bool expanded)
     }
 }
 
-void CExtGridPaintManager::DrawCellButton(HDC dc, const RECT& rect, CExtGridCell::ButtonKind kind,
-                                          bool pressed, bool enabled, bool hot) const {
+void CExtGridPaintManager::DrawCellButton(HDC dc, const RECT& rect, CExtGridCell::ButtonKind kind, bool pressed,
+                                          bool enabled, bool hot) const {
     using Kind = CExtGridCell::ButtonKind;
     const ThemeApi* api = ThemeApi::Get();
     bool drewFace = false;
     if (api && kind == Kind::kDropDown && m_comboTheme) {
         api->DrawThemeBackground(m_comboTheme, dc, CP_DROPDOWNBUTTON,
-                                 !enabled ? CBXS_DISABLED : pressed ? CBXS_PRESSED : hot ? CBXS_HOT : CBXS_NORMAL,
+                                 !enabled  ? CBXS_DISABLED
+                                 : pressed ? CBXS_PRESSED
+                                 : hot     ? CBXS_HOT
+                                           : CBXS_NORMAL,
                                  &rect, nullptr);
         return;
     }
     if (api && (kind == Kind::kSpinUp || kind == Kind::kSpinDown) && m_spinTheme) {
         int part = kind == Kind::kSpinUp ? SPNP_UP : SPNP_DOWN;
         api->DrawThemeBackground(m_spinTheme, dc, part,
-                                 !enabled ? UPS_DISABLED : pressed ? UPS_PRESSED : hot ? UPS_HOT : UPS_NORMAL,
+                                 !enabled  ? UPS_DISABLED
+                                 : pressed ? UPS_PRESSED
+                                 : hot     ? UPS_HOT
+                                           : UPS_NORMAL,
                                  &rect, nullptr);
         return;
     }
     if (api && m_buttonTheme) {
         api->DrawThemeBackground(m_buttonTheme, dc, BP_PUSHBUTTON,
-                                 !enabled ? PBS_DISABLED : pressed ? PBS_PRESSED : hot ? PBS_HOT : PBS_NORMAL,
+                                 !enabled  ? PBS_DISABLED
+                                 : pressed ? PBS_PRESSED
+                                 : hot     ? PBS_HOT
+                                           : PBS_NORMAL,
                                  &rect, nullptr);
         drewFace = true;
     }
@@ -244,8 +253,7 @@ void CExtGridPaintManager::DrawColorSwatch(HDC dc, const RECT& rect, COLORREF co
     DeleteObject(frame);
 }
 
-void CExtGridPaintManager::DrawToolbarButtonFace(HDC dc, const RECT& rect, bool hot, bool pressed,
-                                                 bool checked) const {
+void CExtGridPaintManager::DrawToolbarButtonFace(HDC dc, const RECT& rect, bool hot, bool pressed, bool checked) const {
     if (const ThemeApi* api = ThemeApi::Get(); api && m_toolbarTheme) {
         int state = pressed ? TS_PRESSED : checked ? (hot ? TS_HOTCHECKED : TS_CHECKED) : hot ? TS_HOT : TS_NORMAL;
         api->DrawThemeBackground(m_toolbarTheme, dc, TP_BUTTON, state, &rect, nullptr);
@@ -256,8 +264,9 @@ void CExtGridPaintManager::DrawToolbarButtonFace(HDC dc, const RECT& rect, bool 
     if (checked && !hot && !pressed) {
         // A checked button is lighter than the face, as classic toolbars do.
         COLORREF face = GetSysColor(COLOR_3DFACE), light = GetSysColor(COLOR_3DHIGHLIGHT);
-        FillSolid(dc, r, RGB((GetRValue(face) + GetRValue(light)) / 2, (GetGValue(face) + GetGValue(light)) / 2,
-                             (GetBValue(face) + GetBValue(light)) / 2));
+        FillSolid(dc, r,
+                  RGB((GetRValue(face) + GetRValue(light)) / 2, (GetGValue(face) + GetGValue(light)) / 2,
+                      (GetBValue(face) + GetBValue(light)) / 2));
     }
     DrawEdge(dc, &r, (pressed || checked) ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
 }

@@ -46,8 +46,8 @@ public:
     // The plus/minus box or the themed triangle that opens a category.
     void DrawExpander(HDC dc, const RECT& rect, bool expanded) const;
     // One of the buttons at the right of the focus row's value.
-    void DrawCellButton(HDC dc, const RECT& rect, CExtGridCell::ButtonKind kind, bool pressed,
-                        bool enabled, bool hot = false) const;
+    void DrawCellButton(HDC dc, const RECT& rect, CExtGridCell::ButtonKind kind, bool pressed, bool enabled,
+                        bool hot = false) const;
     // A colour sample with a frame; a colour of -1 draws an empty crossed box.
     void DrawColorSwatch(HDC dc, const RECT& rect, COLORREF color) const;
     // A flat toolbar button face: hot, pressed or checked.

@@ -3,8 +3,8 @@
 #include "grid/property_store.h"
 
 bool CExtPropertyGridComboBoxBar::Create(HWND parent, int id, HFONT font) {
-    m_hwnd = CreateWindowExA(0, "COMBOBOX", "", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | CBS_DROPDOWNLIST,
-                             0, 0, 100, 200, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+    m_hwnd = CreateWindowExA(0, "COMBOBOX", "", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | CBS_DROPDOWNLIST, 0,
+                             0, 100, 200, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
                              GetModuleHandleA(nullptr), nullptr);
     if (m_hwnd) SendMessageA(m_hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     return m_hwnd != nullptr;
@@ -12,7 +12,8 @@ bool CExtPropertyGridComboBoxBar::Create(HWND parent, int id, HFONT font) {
 
 int CExtPropertyGridComboBoxBar::PropertyStoreInsert(CExtPropertyStore* store) {
     if (!m_hwnd || !store) return -1;
-    int index = static_cast<int>(SendMessageA(m_hwnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(store->NameGet().c_str())));
+    int index =
+        static_cast<int>(SendMessageA(m_hwnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(store->NameGet().c_str())));
     if (index >= 0) SendMessageA(m_hwnd, CB_SETITEMDATA, index, reinterpret_cast<LPARAM>(store));
     return index;
 }
@@ -39,6 +40,4 @@ void CExtPropertyGridComboBoxBar::Show(bool show) {
     if (m_hwnd) ShowWindow(m_hwnd, show ? SW_SHOW : SW_HIDE);
 }
 
-bool CExtPropertyGridComboBoxBar::IsShown() const {
-    return m_hwnd && (GetWindowLongA(m_hwnd, GWL_STYLE) & WS_VISIBLE);
-}
+bool CExtPropertyGridComboBoxBar::IsShown() const { return m_hwnd && (GetWindowLongA(m_hwnd, GWL_STYLE) & WS_VISIBLE); }

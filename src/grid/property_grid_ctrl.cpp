@@ -12,7 +12,7 @@ const char kClassName[] = "PwPropertyGridCtrl";
 constexpr int kComboBarId = 100;
 constexpr int kRowsId = 101;
 constexpr int kFilterId = 102;
-constexpr int kToolbarButtons = 3;   // categorized, alphabetical, filter
+constexpr int kToolbarButtons = 3;  // categorized, alphabetical, filter
 #ifndef EM_SETCUEBANNER
 constexpr UINT EM_SETCUEBANNER = 0x1501;
 #endif
@@ -49,9 +49,9 @@ bool CExtPropertyGridCtrl::CreateInPlaceOf(HWND dialog, int controlId) {
 void CExtPropertyGridCtrl::CreateChildren() {
     m_comboBar.Create(m_hwnd, kComboBarId, m_pm.NormalFont());
     m_grid->Create(m_hwnd, RECT{0, 0, 10, 10}, kRowsId);
-    m_filterEdit = CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, 0, 0, 10, 10,
-                                   m_hwnd, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kFilterId)),
-                                   GetModuleHandleA(nullptr), nullptr);
+    m_filterEdit =
+        CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, 0, 0, 10, 10, m_hwnd,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(kFilterId)), GetModuleHandleA(nullptr), nullptr);
     SendMessageA(m_filterEdit, WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), FALSE);
     SendMessageW(m_filterEdit, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(L"Filter"));
     SubclassControl(m_filterEdit, this);
@@ -61,8 +61,8 @@ void CExtPropertyGridCtrl::CreateChildren() {
 void CExtPropertyGridCtrl::CreateToolbarTips() {
     INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_WIN95_CLASSES};
     InitCommonControlsEx(&icc);
-    m_toolbarTips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
-                                    0, 0, 0, 0, m_hwnd, nullptr, GetModuleHandleA(nullptr), nullptr);
+    m_toolbarTips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0,
+                                    0, 0, 0, m_hwnd, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (!m_toolbarTips) return;
     const char* captions[kToolbarButtons] = {"Categorized", "Alphabetical", "Filter (Ctrl+F)"};
     for (int b = 0; b < kToolbarButtons; ++b) {
@@ -81,8 +81,10 @@ void CExtPropertyGridCtrl::CreateToolbarTips() {
 
 void CExtPropertyGridCtrl::PropertyStoreSynchronize() {
     CExtPropertyStore* store = m_comboBar.PropertyStoreGetSelected();
-    if (store != m_grid->GetStore()) m_grid->SetStore(store);
-    else m_grid->Rebuild();
+    if (store != m_grid->GetStore())
+        m_grid->SetStore(store);
+    else
+        m_grid->Rebuild();
     Layout();
     OnGridFocusChanged(m_grid->FocusItem());
 }
@@ -109,8 +111,10 @@ void CExtPropertyGridCtrl::ShowFilter(bool show) {
 }
 
 void CExtPropertyGridCtrl::SetFilterText(const std::string& text) {
-    if (m_filterEdit) SetWindowTextA(m_filterEdit, text.c_str());   // EN_CHANGE updates the rows
-    else m_grid->SetFilter(text);
+    if (m_filterEdit)
+        SetWindowTextA(m_filterEdit, text.c_str());  // EN_CHANGE updates the rows
+    else
+        m_grid->SetFilter(text);
 }
 
 void CExtPropertyGridCtrl::ShowTipBar(bool show) {
@@ -137,7 +141,8 @@ void CExtPropertyGridCtrl::SetDpi(int dpi) {
 
 void CExtPropertyGridCtrl::FontsChanged() {
     // The paint manager made new fonts: hand them to the child windows.
-    if (m_comboBar.GetHwnd()) SendMessageA(m_comboBar.GetHwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
+    if (m_comboBar.GetHwnd())
+        SendMessageA(m_comboBar.GetHwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
     if (m_filterEdit) SendMessageA(m_filterEdit, WM_SETFONT, reinterpret_cast<WPARAM>(m_pm.NormalFont()), TRUE);
     if (m_toolTipsEnabled) {
         m_grid->EnableToolTips(false);
@@ -174,11 +179,11 @@ void CExtPropertyGridCtrl::ResetFocusValue() {
 
 void CExtPropertyGridCtrl::ExecuteCommand(Command command) {
     switch (command) {
-    case kCommandReset: ResetFocusValue(); break;
-    case kCommandCategorized: SetSorted(false); break;
-    case kCommandAlphabetical: SetSorted(true); break;
-    case kCommandFilter: ShowFilter(!m_filterShown); break;
-    case kCommandTipBar: ShowTipBar(!m_tipShown); break;
+        case kCommandReset: ResetFocusValue(); break;
+        case kCommandCategorized: SetSorted(false); break;
+        case kCommandAlphabetical: SetSorted(true); break;
+        case kCommandFilter: ShowFilter(!m_filterShown); break;
+        case kCommandTipBar: ShowTipBar(!m_tipShown); break;
     }
 }
 
@@ -194,7 +199,8 @@ void CExtPropertyGridCtrl::ShowContextMenu(POINT screen) {
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     AppendMenuA(menu, MF_STRING | (m_filterShown ? MF_CHECKED : 0), kCommandFilter, "&Filter\tCtrl+F");
     AppendMenuA(menu, MF_STRING | (m_tipShown ? MF_CHECKED : 0), kCommandTipBar, "&Description");
-    int chosen = TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_LEFTALIGN, screen.x, screen.y, 0, m_hwnd, nullptr);
+    int chosen =
+        TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_LEFTALIGN, screen.x, screen.y, 0, m_hwnd, nullptr);
     DestroyMenu(menu);
     if (chosen > 0) ExecuteCommand(static_cast<Command>(chosen));
 }
@@ -221,8 +227,7 @@ void CExtPropertyGridCtrl::OnGridFocusChanged(CExtPropertyItem*) {
 }
 
 bool CExtPropertyGridCtrl::PreTranslateMessage(MSG* msg) {
-    if (msg->message == WM_KEYDOWN && msg->wParam == VK_DELETE && m_hwnd && IsDialogMessageA(m_hwnd, msg))
-        return true;
+    if (msg->message == WM_KEYDOWN && msg->wParam == VK_DELETE && m_hwnd && IsDialogMessageA(m_hwnd, msg)) return true;
     return false;
 }
 
@@ -276,7 +281,9 @@ void CExtPropertyGridCtrl::Layout() {
     }
     y += toolbarHeight;
     if (m_tipHeight <= 0) m_tipHeight = 3 * m_pm.TextHeight() + m_pm.Scale(14);
-    int tip = m_tipShown ? std::clamp(m_tipHeight, m_pm.Scale(24), (std::max)(m_pm.Scale(24), static_cast<int>(client.bottom) - y - m_pm.Scale(40))) : 0;
+    int tip = m_tipShown ? std::clamp(m_tipHeight, m_pm.Scale(24),
+                                      (std::max)(m_pm.Scale(24), static_cast<int>(client.bottom) - y - m_pm.Scale(40)))
+                         : 0;
     int gridBottom = client.bottom - (m_tipShown ? tip + m_pm.Scale(4) : 0);
     m_tipRect = m_tipShown ? RECT{0, gridBottom + m_pm.Scale(4), client.right, client.bottom} : RECT{};
     // The rows sit inside a one-pixel frame painted by this window.
@@ -303,9 +310,9 @@ int CExtPropertyGridCtrl::ToolbarHitTest(POINT point) const {
 
 void CExtPropertyGridCtrl::PressToolbarButton(int button) {
     switch (button) {
-    case 0: SetSorted(false); break;
-    case 1: SetSorted(true); break;
-    case 2: ShowFilter(!m_filterShown); break;
+        case 0: SetSorted(false); break;
+        case 1: SetSorted(true); break;
+        case 2: ShowFilter(!m_filterShown); break;
     }
 }
 
@@ -394,7 +401,8 @@ void CExtPropertyGridCtrl::PaintTipBar(HDC dc) {
     SelectObject(dc, m_pm.NormalFont());
     RECT text = r;
     text.top = name.bottom + m_pm.Scale(3);
-    DrawTextA(dc, item->DescriptionGet().c_str(), -1, &text, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EDITCONTROL);
+    DrawTextA(dc, item->DescriptionGet().c_str(), -1, &text,
+              DT_LEFT | DT_WORDBREAK | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EDITCONTROL);
     SelectObject(dc, old);
 }
 
@@ -422,8 +430,10 @@ LRESULT CExtPropertyGridCtrl::SubclassProc(HWND hwnd, UINT message, WPARAM wPara
     if (message == WM_KEYDOWN) {
         if (wParam == VK_ESCAPE) {
             // Esc clears the filter, a second Esc closes the box.
-            if (GetWindowTextLengthA(hwnd) > 0) self->SetFilterText(std::string());
-            else self->ShowFilter(false);
+            if (GetWindowTextLengthA(hwnd) > 0)
+                self->SetFilterText(std::string());
+            else
+                self->ShowFilter(false);
             SetFocus(self->m_grid->GetHwnd());
             return 0;
         }
@@ -447,106 +457,102 @@ void CExtPropertyGridCtrl::OnUnbindWindow() {
 
 LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case WM_CREATE:
-        CreateChildren();
-        Layout();
-        return 0;
-    case WM_SIZE:
-        Layout();
-        return 0;
-    case WM_ERASEBKGND: return 1;
-    case WM_PAINT:
-        CExtGridPaintManager::PaintBuffered(m_hwnd, [this](HDC dc, const RECT&) { Paint(dc); });
-        return 0;
-    case WM_PRINTCLIENT:
-        Paint(reinterpret_cast<HDC>(wParam));
-        return 0;
-    case WM_SETFOCUS:
-        // The control passes the keyboard to its rows.
-        if (m_grid->GetHwnd()) SetFocus(m_grid->GetHwnd());
-        return 0;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == kFilterId && HIWORD(wParam) == EN_CHANGE) {
-            int length = GetWindowTextLengthA(m_filterEdit);
-            std::string text(length + 1, '\0');
-            GetWindowTextA(m_filterEdit, text.data(), length + 1);
-            text.resize(length);
-            m_grid->SetFilter(text);
-        } else if (LOWORD(wParam) == kComboBarId && HIWORD(wParam) == CBN_SELCHANGE) {
-            PropertyStoreSynchronize();
-        }
-        return 0;
-    case WM_MOUSEMOVE: {
-        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        if (m_draggingTip) {
-            RECT client;
-            GetClientRect(m_hwnd, &client);
-            m_tipHeight = client.bottom - p.y - m_pm.Scale(2);
+        case WM_CREATE:
+            CreateChildren();
             Layout();
             return 0;
-        }
-        int hot = ToolbarHitTest(p);
-        if (hot != m_hotButton) {
-            m_hotButton = hot;
-            InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
-            TRACKMOUSEEVENT tme{sizeof(tme), TME_LEAVE, m_hwnd, 0};
-            TrackMouseEvent(&tme);
-        }
-        return 0;
-    }
-    case WM_MOUSELEAVE:
-        m_hotButton = -1;
-        InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
-        return 0;
-    case WM_LBUTTONDOWN:
-    case WM_LBUTTONDBLCLK: {
-        POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        int button = ToolbarHitTest(p);
-        if (button >= 0) {
-            PressToolbarButton(button);
+        case WM_SIZE: Layout(); return 0;
+        case WM_ERASEBKGND: return 1;
+        case WM_PAINT:
+            CExtGridPaintManager::PaintBuffered(m_hwnd, [this](HDC dc, const RECT&) { Paint(dc); });
+            return 0;
+        case WM_PRINTCLIENT: Paint(reinterpret_cast<HDC>(wParam)); return 0;
+        case WM_SETFOCUS:
+            // The control passes the keyboard to its rows.
+            if (m_grid->GetHwnd()) SetFocus(m_grid->GetHwnd());
+            return 0;
+        case WM_COMMAND:
+            if (LOWORD(wParam) == kFilterId && HIWORD(wParam) == EN_CHANGE) {
+                int length = GetWindowTextLengthA(m_filterEdit);
+                std::string text(length + 1, '\0');
+                GetWindowTextA(m_filterEdit, text.data(), length + 1);
+                text.resize(length);
+                m_grid->SetFilter(text);
+            } else if (LOWORD(wParam) == kComboBarId && HIWORD(wParam) == CBN_SELCHANGE) {
+                PropertyStoreSynchronize();
+            }
+            return 0;
+        case WM_MOUSEMOVE: {
+            POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            if (m_draggingTip) {
+                RECT client;
+                GetClientRect(m_hwnd, &client);
+                m_tipHeight = client.bottom - p.y - m_pm.Scale(2);
+                Layout();
+                return 0;
+            }
+            int hot = ToolbarHitTest(p);
+            if (hot != m_hotButton) {
+                m_hotButton = hot;
+                InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
+                TRACKMOUSEEVENT tme{sizeof(tme), TME_LEAVE, m_hwnd, 0};
+                TrackMouseEvent(&tme);
+            }
             return 0;
         }
-        // Between the rows and the tip bar: resize the tip bar.
-        if (m_tipShown && p.y < m_tipRect.top && p.y >= m_tipRect.top - m_pm.Scale(5)) {
-            m_draggingTip = true;
-            SetCapture(m_hwnd);
-        }
-        return 0;
-    }
-    case WM_LBUTTONUP:
-        if (m_draggingTip) {
-            m_draggingTip = false;
-            ReleaseCapture();
-        }
-        return 0;
-    case WM_CONTEXTMENU: {
-        // From the mouse at its point; from the keyboard (-1) under the focus row.
-        POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        if (lParam == -1) {
-            RECT row{};
-            if (!m_grid->GetRowRect(m_grid->FocusGet(), &row)) GetClientRect(m_grid->GetHwnd(), &row);
-            at = {row.left + m_pm.Scale(20), row.bottom};
-            ClientToScreen(m_grid->GetHwnd(), &at);
-        }
-        ShowContextMenu(at);
-        return 0;
-    }
-    case WM_SETCURSOR:
-        if (reinterpret_cast<HWND>(wParam) == m_hwnd && LOWORD(lParam) == HTCLIENT) {
-            POINT p;
-            GetCursorPos(&p);
-            ScreenToClient(m_hwnd, &p);
-            if (m_tipShown && p.y < m_tipRect.top && p.y >= m_tipRect.top - m_pm.Scale(5)) {
-                SetCursor(LoadCursor(nullptr, IDC_SIZENS));
-                return TRUE;
+        case WM_MOUSELEAVE:
+            m_hotButton = -1;
+            InvalidateRect(m_hwnd, &m_toolbarRect, FALSE);
+            return 0;
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK: {
+            POINT p{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            int button = ToolbarHitTest(p);
+            if (button >= 0) {
+                PressToolbarButton(button);
+                return 0;
             }
+            // Between the rows and the tip bar: resize the tip bar.
+            if (m_tipShown && p.y < m_tipRect.top && p.y >= m_tipRect.top - m_pm.Scale(5)) {
+                m_draggingTip = true;
+                SetCapture(m_hwnd);
+            }
+            return 0;
         }
-        break;
-    case WM_SETTINGCHANGE:   // reaches child windows only when an owner passes it on
-    case WM_THEMECHANGED:
-        m_pm.Refresh();
-        FontsChanged();
-        break;
+        case WM_LBUTTONUP:
+            if (m_draggingTip) {
+                m_draggingTip = false;
+                ReleaseCapture();
+            }
+            return 0;
+        case WM_CONTEXTMENU: {
+            // From the mouse at its point; from the keyboard (-1) under the focus row.
+            POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            if (lParam == -1) {
+                RECT row{};
+                if (!m_grid->GetRowRect(m_grid->FocusGet(), &row)) GetClientRect(m_grid->GetHwnd(), &row);
+                at = {row.left + m_pm.Scale(20), row.bottom};
+                ClientToScreen(m_grid->GetHwnd(), &at);
+            }
+            ShowContextMenu(at);
+            return 0;
+        }
+        case WM_SETCURSOR:
+            if (reinterpret_cast<HWND>(wParam) == m_hwnd && LOWORD(lParam) == HTCLIENT) {
+                POINT p;
+                GetCursorPos(&p);
+                ScreenToClient(m_hwnd, &p);
+                if (m_tipShown && p.y < m_tipRect.top && p.y >= m_tipRect.top - m_pm.Scale(5)) {
+                    SetCursor(LoadCursor(nullptr, IDC_SIZENS));
+                    return TRUE;
+                }
+            }
+            break;
+        case WM_SETTINGCHANGE:  // reaches child windows only when an owner passes it on
+        case WM_THEMECHANGED:
+            m_pm.Refresh();
+            FontsChanged();
+            break;
     }
     return DefWindowProcA(m_hwnd, message, wParam, lParam);
 }

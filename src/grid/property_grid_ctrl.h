@@ -92,7 +92,10 @@ protected:
     void OnGridFocusChanged(CExtPropertyItem* item) override;
     void OnGridInputComplete(CExtPropertyValue& item) override { OnInputComplete(item); }
     void OnGridValueApplied(CExtPropertyValue& item) override { OnValueApplied(item); }
-    void OnGridFindRequested() override { ShowFilter(true); if (m_filterEdit) SetFocus(m_filterEdit); }
+    void OnGridFindRequested() override {
+        ShowFilter(true);
+        if (m_filterEdit) SetFocus(m_filterEdit);
+    }
 
 private:
     template <class T>
@@ -127,7 +130,7 @@ private:
     bool m_toolTipsEnabled = true;
     RECT m_toolbarRect{};
     RECT m_tipRect{};
-    int m_tipHeight = 0;       // 0 until first layout: then from the font
+    int m_tipHeight = 0;  // 0 until first layout: then from the font
     bool m_draggingTip = false;
     int m_hotButton = -1;
 };

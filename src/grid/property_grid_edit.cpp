@@ -70,46 +70,48 @@ void CExtPropertyGridWnd::CancelEdit() {
 
 void CExtPropertyGridWnd::OnEditorKey(WPARAM key, bool shift) {
     switch (key) {
-    case VK_RETURN: CommitEdit(); break;
-    case VK_ESCAPE: CancelEdit(); break;
-    case VK_TAB: {
-        // Commit and edit the next (or previous) value that has an editor.
-        if (!CommitEdit()) return;
-        for (int row = m_focus + (shift ? -1 : 1); row >= 0 && row < RowCount(); row += shift ? -1 : 1) {
-            CExtPropertyItem* item = RowItem(row);
-            CExtGridCell* cell = item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
-            if (cell && cell->GetEditorKind() != CExtGridCell::EditorKind::kNone) {
-                FocusSet(row);
+        case VK_RETURN: CommitEdit(); break;
+        case VK_ESCAPE: CancelEdit(); break;
+        case VK_TAB: {
+            // Commit and edit the next (or previous) value that has an editor.
+            if (!CommitEdit()) return;
+            for (int row = m_focus + (shift ? -1 : 1); row >= 0 && row < RowCount(); row += shift ? -1 : 1) {
+                CExtPropertyItem* item = RowItem(row);
+                CExtGridCell* cell =
+                    item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
+                if (cell && cell->GetEditorKind() != CExtGridCell::EditorKind::kNone) {
+                    FocusSet(row);
+                    BeginEdit();
+                    return;
+                }
+            }
+            break;
+        }
+        case VK_UP:
+        case VK_DOWN: {
+            CExtPropertyItem* item = FocusItem();
+            CExtGridCell* cell =
+                item && item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
+            if (cell && cell->GetButtonCount() == 2 && cell->GetButtonKind(0) == CExtGridCell::ButtonKind::kSpinUp) {
+                // Spin cells step while they are edited.
+                if (!CommitEdit()) return;
+                ClickButton(key == VK_UP ? 0 : 1);
                 BeginEdit();
                 return;
             }
-        }
-        break;
-    }
-    case VK_UP:
-    case VK_DOWN: {
-        CExtPropertyItem* item = FocusItem();
-        CExtGridCell* cell = item && item->IsValue() ? static_cast<CExtPropertyValue*>(item)->ValueActiveGet() : nullptr;
-        if (cell && cell->GetButtonCount() == 2 && cell->GetButtonKind(0) == CExtGridCell::ButtonKind::kSpinUp) {
-            // Spin cells step while they are edited.
             if (!CommitEdit()) return;
-            ClickButton(key == VK_UP ? 0 : 1);
-            BeginEdit();
-            return;
+            MoveFocusBy(key == VK_UP ? -1 : 1);
+            break;
         }
-        if (!CommitEdit()) return;
-        MoveFocusBy(key == VK_UP ? -1 : 1);
-        break;
-    }
-    case VK_PRIOR:
-    case VK_NEXT:
-        if (!CommitEdit()) return;
-        MoveFocusBy((key == VK_PRIOR ? -1 : 1) * (std::max)(1, VisibleRowCount() - 1));
-        break;
-    case VK_F4:
-        if (!CommitEdit()) return;
-        ClickButton(0);
-        break;
+        case VK_PRIOR:
+        case VK_NEXT:
+            if (!CommitEdit()) return;
+            MoveFocusBy((key == VK_PRIOR ? -1 : 1) * (std::max)(1, VisibleRowCount() - 1));
+            break;
+        case VK_F4:
+            if (!CommitEdit()) return;
+            ClickButton(0);
+            break;
     }
 }
 

@@ -76,7 +76,7 @@ RECT CExtPropertyGridWnd::GetValueRect(int row) const {
     RECT rect{};
     if (!GetRowRect(row, &rect)) return rect;
     rect.left = SplitterGet() + 1;
-    rect.bottom -= 1;   // the row's bottom line
+    rect.bottom -= 1;  // the row's bottom line
     return rect;
 }
 
@@ -91,7 +91,10 @@ RECT CExtPropertyGridWnd::GetButtonRect(int row, int button) const {
         // Up and down share one column, one above the other.
         int middle = (value.top + value.bottom) / 2;
         RECT r{value.right - width, value.top, value.right, value.bottom};
-        if (button == 0) r.bottom = middle; else r.top = middle;
+        if (button == 0)
+            r.bottom = middle;
+        else
+            r.top = middle;
         return r;
     }
     int right = value.right - (cell->GetButtonCount() - 1 - button) * width;
@@ -124,8 +127,10 @@ int CExtPropertyGridWnd::VisibleRowCount() const {
 
 void CExtPropertyGridWnd::EnsureVisible(int row) {
     if (row < 0 || row >= RowCount()) return;
-    if (row < m_top) ScrollTo(row);
-    else if (row >= m_top + VisibleRowCount()) ScrollTo(row - VisibleRowCount() + 1);
+    if (row < m_top)
+        ScrollTo(row);
+    else if (row >= m_top + VisibleRowCount())
+        ScrollTo(row - VisibleRowCount() + 1);
 }
 
 void CExtPropertyGridWnd::UpdateScrollBar() {

@@ -34,8 +34,8 @@ void CExtPropertyGridWnd::UpdateToolTip(POINT point) {
     if (!m_toolTip) {
         INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_WIN95_CLASSES};
         InitCommonControlsEx(&icc);
-        m_toolTip = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
-                                    0, 0, 0, 0, m_hwnd, nullptr, GetModuleHandleA(nullptr), nullptr);
+        m_toolTip = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0,
+                                    0, 0, 0, m_hwnd, nullptr, GetModuleHandleA(nullptr), nullptr);
         if (!m_toolTip) return;
         TTTOOLINFOA tool{};
         tool.cbSize = TTTOOLINFOA_V1_SIZE;
@@ -128,12 +128,14 @@ void CExtPropertyGridWnd::PaintRow(HDC dc, int row, const RECT& rect, const RECT
         SIZE extent{};
         GetTextExtentPoint32A(dc, item->NameGet().c_str(), static_cast<int>(item->NameGet().size()), &extent);
         if (focusRow) {
-            RECT mark{nameLeft - m_pm.Scale(2), rect.top + 1, (std::min)(nameLeft + static_cast<int>(extent.cx) + m_pm.Scale(2), static_cast<int>(rect.right)),
+            RECT mark{nameLeft - m_pm.Scale(2), rect.top + 1,
+                      (std::min)(nameLeft + static_cast<int>(extent.cx) + m_pm.Scale(2), static_cast<int>(rect.right)),
                       rect.bottom - 1};
             CExtGridPaintManager::FillSolid(dc, mark, GetSysColor(hasFocus ? COLOR_HIGHLIGHT : COLOR_3DSHADOW));
         }
         SetTextColor(dc, focusRow ? GetSysColor(COLOR_HIGHLIGHTTEXT) : GetSysColor(COLOR_BTNTEXT));
-        DrawTextA(dc, item->NameGet().c_str(), -1, &text, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+        DrawTextA(dc, item->NameGet().c_str(), -1, &text,
+                  DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
         SelectObject(dc, oldFont);
         if (item->ItemGetCount() > 0) m_pm.DrawExpander(dc, ExpanderRect(row), item->IsExpanded() || !m_filter.empty());
         return;
@@ -156,7 +158,8 @@ void CExtPropertyGridWnd::PaintRow(HDC dc, int row, const RECT& rect, const RECT
     SetTextColor(dc, focusRow && hasFocus ? GetSysColor(COLOR_HIGHLIGHTTEXT)
                                           : GetSysColor(readOnly ? COLOR_GRAYTEXT : COLOR_WINDOWTEXT));
     RECT nameText{nameLeft, rect.top, split - m_pm.Scale(3), rect.bottom - 1};
-    DrawTextA(dc, item->NameGet().c_str(), -1, &nameText, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    DrawTextA(dc, item->NameGet().c_str(), -1, &nameText,
+              DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
     SelectObject(dc, oldFont);
     if (item->ItemGetCount() > 0) m_pm.DrawExpander(dc, ExpanderRect(row), item->IsExpanded() || !m_filter.empty());
 
@@ -176,10 +179,12 @@ void CExtPropertyGridWnd::PaintRow(HDC dc, int row, const RECT& rect, const RECT
         if (focusRow && cell->GetButtonCount() > 0) cellRect.right = GetButtonRect(row, 0).left;
         int saved = SaveDC(dc);
         IntersectClipRect(dc, cellRect.left, cellRect.top, cellRect.right, cellRect.bottom);
-        if (!(focusRow && IsEditing())) cell->PaintValue(pc, cellRect);
+        if (!(focusRow && IsEditing()))
+            cell->PaintValue(pc, cellRect);
         else if (int icon = cell->GetIconWidth(m_pm)) {
             // The editor covers the text; the picture stays visible beside it.
-            RECT iconRect{cellRect.left + m_pm.Scale(4), cellRect.top, cellRect.left + m_pm.Scale(4) + icon, cellRect.bottom};
+            RECT iconRect{cellRect.left + m_pm.Scale(4), cellRect.top, cellRect.left + m_pm.Scale(4) + icon,
+                          cellRect.bottom};
             cell->PaintIcon(pc, iconRect);
         }
         RestoreDC(dc, saved);

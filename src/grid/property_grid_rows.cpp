@@ -100,7 +100,7 @@ void CExtPropertyGridWnd::AddValueRows(CExtPropertyItem* item, int depth) {
 
 void CExtPropertyGridWnd::BuildRows() {
     m_rows.clear();
-    m_tipRow = m_tipColumn = -1;   // the tip's text is worked out again
+    m_tipRow = m_tipColumn = -1;  // the tip's text is worked out again
     if (!m_store) return;
     if (m_sorted) {
         std::vector<CExtPropertyItem*> values;

@@ -113,7 +113,7 @@ public:
 private:
     struct Row {
         CExtPropertyItem* item;
-        int depth;   // nesting below the category (categories and top values: 0)
+        int depth;  // nesting below the category (categories and top values: 0)
     };
 
     template <class T>
@@ -158,12 +158,12 @@ private:
     double m_splitRatio = 0.45;
     bool m_draggingSplitter = false;
     int m_pressedButton = -1;
-    int m_hotButton = -1;            // the focus row's button under the mouse
-    char m_swallowChar = 0;          // the character of a key already handled
+    int m_hotButton = -1;    // the focus row's button under the mouse
+    char m_swallowChar = 0;  // the character of a key already handled
     int m_wheelRemainder = 0;
     bool m_toolTipsEnabled = true;
     HWND m_toolTip = nullptr;
-    int m_tipRow = -1, m_tipColumn = -1;   // the cell the tip describes
+    int m_tipRow = -1, m_tipColumn = -1;  // the cell the tip describes
     std::unique_ptr<CExtGridInplaceEditor> m_editor;
     CExtGridAccessible* m_accessible = nullptr;
     friend class CExtGridAccessible;

@@ -56,6 +56,4 @@ void CExtPropertyValue::ValueDefaultFromActive() {
     m_defaultText = m_active ? m_active->GetText() : std::string();
 }
 
-bool CExtPropertyValue::IsModified() const {
-    return m_hasDefault && m_active && m_active->GetText() != m_defaultText;
-}
+bool CExtPropertyValue::IsModified() const { return m_hasDefault && m_active && m_active->GetText() != m_defaultText; }

@@ -51,5 +51,6 @@ void Remove(HWND hwnd, SubclassFn procedure) {
 }  // namespace window_binding
 
 LRESULT CallOriginalProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    return Api().original ? Api().original(hwnd, message, wParam, lParam) : DefWindowProcA(hwnd, message, wParam, lParam);
+    return Api().original ? Api().original(hwnd, message, wParam, lParam)
+                          : DefWindowProcA(hwnd, message, wParam, lParam);
 }

@@ -13,8 +13,10 @@ std::string ApplyColorType(std::string_view value, std::string_view colorType) {
     std::string converted;
     converted.reserve(out.size() + 8);
     for (char c : out) {
-        if (c != '#') converted += c;
-        else if (code == 1) converted += "0x";
+        if (c != '#')
+            converted += c;
+        else if (code == 1)
+            converted += "0x";
     }
     return converted;
 }

@@ -3,9 +3,7 @@
 #include "html/attribute_number.h"
 #include "xml/xml_document.h"
 
-bool IsKnownPropertyType(PropertyType type) {
-    return type >= PropertyType::kBoolean && type <= PropertyType::kLink;
-}
+bool IsKnownPropertyType(PropertyType type) { return type >= PropertyType::kBoolean && type <= PropertyType::kLink; }
 
 const char* PropertyTypeName(PropertyType type) {
     static const char* const kNames[] = {"Boolean",   "colour",     "text",   "file", "font name",

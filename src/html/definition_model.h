@@ -31,10 +31,10 @@ inline constexpr std::string_view kHtmlTail = "HTML_TAIL";
 // A PROPERTY's type attribute. Other numbers may appear in a definition;
 // such properties take part in substitution as text but get no row.
 enum class PropertyType : int {
-    kBoolean = 0,    // "true" / "false", a check box
-    kColor = 1,      // #RRGGBB, shaped by colortype
+    kBoolean = 0,  // "true" / "false", a check box
+    kColor = 1,    // #RRGGBB, shaped by colortype
     kText = 2,
-    kFile = 3,       // a local file, published beside the page
+    kFile = 3,  // a local file, published beside the page
     kFontName = 4,
     kFontSize = 5,
     kImageList = 6,  // a list of pictures, turned into markup by gallerytemplate
@@ -56,7 +56,7 @@ const char* RenderMethodName(RenderMethod method);
 
 // The attributes of a PROPERTY as substitution reads them.
 struct PropertyRule {
-    std::string variable;                       // entity-decoded variable attribute
+    std::string variable;                        // entity-decoded variable attribute
     PropertyType type = PropertyType::kBoolean;  // type attribute as a leading decimal number
 };
 PropertyRule ReadPropertyRule(const CXmlElement& property);

@@ -29,11 +29,11 @@ CXmlElement* SearchBelow(CXmlElement& from, Match&& matches) {
 }  // namespace
 
 CXmlElement* FindCurrentPageBelow(CXmlElement& from) {
-    return SearchBelow(from, [](const CXmlElement& e) {
-        return ascii::EqualsNoCase(e.GetAttribute("current_page"), "true");
-    });
+    return SearchBelow(
+        from, [](const CXmlElement& e) { return ascii::EqualsNoCase(e.GetAttribute("current_page"), "true"); });
 }
 
 CXmlElement* FindPageByNameBelow(CXmlElement& from, std::string_view name) {
-    return SearchBelow(from, [name](const CXmlElement& e) { return ascii::EqualsNoCase(e.GetAttribute("name"), name); });
+    return SearchBelow(from,
+                       [name](const CXmlElement& e) { return ascii::EqualsNoCase(e.GetAttribute("name"), name); });
 }

@@ -33,8 +33,7 @@ std::size_t ReplaceAll(std::string& text, std::string_view variable, std::string
     return count;
 }
 
-bool ReplaceAllWithin(std::string& text, std::string_view variable, std::string_view replacement,
-                      std::size_t limit) {
+bool ReplaceAllWithin(std::string& text, std::string_view variable, std::string_view replacement, std::size_t limit) {
     if (variable.empty()) return true;
     std::size_t count = CountOccurrences(text, variable);
     if (count == 0) return true;

@@ -11,8 +11,7 @@ std::size_t ReplaceAll(std::string& text, std::string_view variable, std::string
 // The same, unless the text would grow beyond limit bytes: then the text is
 // left as it is and the result is false. Values that contain variables of
 // later properties can otherwise double a text with every property.
-bool ReplaceAllWithin(std::string& text, std::string_view variable, std::string_view replacement,
-                      std::size_t limit);
+bool ReplaceAllWithin(std::string& text, std::string_view variable, std::string_view replacement, std::size_t limit);
 
 // Whether text contains variable; an empty variable is never contained.
 bool ContainsVariable(std::string_view text, std::string_view variable);

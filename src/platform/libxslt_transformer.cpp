@@ -31,9 +31,9 @@ xsltSecurityPrefsPtr SharedSecurityPrefs() {
         xmlSetStructuredErrorFunc(nullptr, reinterpret_cast<xmlStructuredErrorFunc>(IgnoreStructuredError));
         xsltSetGenericErrorFunc(nullptr, IgnoreMessage);
         xsltSecurityPrefsPtr p = xsltNewSecurityPrefs();
-        for (xsltSecurityOption option : {XSLT_SECPREF_READ_FILE, XSLT_SECPREF_WRITE_FILE,
-                                          XSLT_SECPREF_CREATE_DIRECTORY, XSLT_SECPREF_READ_NETWORK,
-                                          XSLT_SECPREF_WRITE_NETWORK})
+        for (xsltSecurityOption option :
+             {XSLT_SECPREF_READ_FILE, XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY, XSLT_SECPREF_READ_NETWORK,
+              XSLT_SECPREF_WRITE_NETWORK})
             xsltSetSecurityPrefs(p, option, xsltSecurityForbid);
         xsltSetDefaultSecurityPrefs(p);
         return p;
@@ -170,8 +170,8 @@ public:
         xmlChar* bytes = nullptr;
         int length = 0;
         if (xsltSaveResultToString(&bytes, &length, result.get(), style.get()) != 0) return std::string();
-        std::string utf8 = bytes ? std::string(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length))
-                                 : std::string();
+        std::string utf8 =
+            bytes ? std::string(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)) : std::string();
         xmlFree(bytes);
         return fromUtf8_.Convert(utf8);
     }

@@ -13,13 +13,13 @@ namespace {
 
 std::string SystemMessage(DWORD error) {
     char* text = nullptr;
-    DWORD length = FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
-                                      FORMAT_MESSAGE_IGNORE_INSERTS,
-                                  nullptr, error, 0, reinterpret_cast<char*>(&text), 0, nullptr);
+    DWORD length =
+        FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                       nullptr, error, 0, reinterpret_cast<char*>(&text), 0, nullptr);
     std::string message = length && text ? std::string(text, length) : "error " + std::to_string(error);
     if (text) LocalFree(text);
-    while (!message.empty() && (message.back() == '\r' || message.back() == '\n' || message.back() == '.' ||
-                                message.back() == ' '))
+    while (!message.empty() &&
+           (message.back() == '\r' || message.back() == '\n' || message.back() == '.' || message.back() == ' '))
         message.pop_back();
     return message;
 }
@@ -28,7 +28,9 @@ FileResult Failed(const char* verb, const std::string& path, const std::string& 
     return FileResult::Failed(std::string("cannot ") + verb + " '" + path + "': " + why);
 }
 
-FileResult LastError(const char* verb, const std::string& path) { return Failed(verb, path, SystemMessage(GetLastError())); }
+FileResult LastError(const char* verb, const std::string& path) {
+    return Failed(verb, path, SystemMessage(GetLastError()));
+}
 
 std::size_t NameStart(const std::string& path) {
     std::size_t separator = path.find_last_of("\\/:");
@@ -44,8 +46,8 @@ bool NamesDevice(const std::string& path) {
     for (char& c : name) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     if (name == "CON" || name == "PRN" || name == "AUX" || name == "NUL" || name == "CONIN$" || name == "CONOUT$")
         return true;
-    return name.size() == 4 && (name.compare(0, 3, "COM") == 0 || name.compare(0, 3, "LPT") == 0) &&
-           name[3] >= '1' && name[3] <= '9';
+    return name.size() == 4 && (name.compare(0, 3, "COM") == 0 || name.compare(0, 3, "LPT") == 0) && name[3] >= '1' &&
+           name[3] <= '9';
 }
 
 // Why path cannot be a file of ours, or null when it can: missing or a

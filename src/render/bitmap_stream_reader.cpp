@@ -11,8 +11,10 @@ constexpr std::size_t kInfoHeaderSize = 40;
 // Bytes of pixel data the header asks CreateDIBitmap to read.
 std::uint64_t PixelBytes(const BITMAPINFOHEADER& header) {
     if (header.biCompression != BI_RGB && header.biCompression != BI_BITFIELDS) return header.biSizeImage;
-    std::uint64_t width = static_cast<std::uint64_t>(header.biWidth < 0 ? -std::int64_t(header.biWidth) : header.biWidth);
-    std::uint64_t height = static_cast<std::uint64_t>(header.biHeight < 0 ? -std::int64_t(header.biHeight) : header.biHeight);
+    std::uint64_t width =
+        static_cast<std::uint64_t>(header.biWidth < 0 ? -std::int64_t(header.biWidth) : header.biWidth);
+    std::uint64_t height =
+        static_cast<std::uint64_t>(header.biHeight < 0 ? -std::int64_t(header.biHeight) : header.biHeight);
     std::uint64_t rowBytes = (width * header.biBitCount + 31) / 32 * 4;
     return rowBytes * height;
 }
@@ -38,7 +40,8 @@ bool LoadBitmapFromStream(std::string_view file, HBITMAP* out) {
         colours += 3;
     }
     std::uint64_t pixelsAt = kInfoHeaderSize + colours * 4;
-    bool fits = header->biWidth != 0 && header->biHeight != 0 && pixelsAt <= rest.size() && PixelBytes(*header) <= rest.size() - pixelsAt;
+    bool fits = header->biWidth != 0 && header->biHeight != 0 && pixelsAt <= rest.size() &&
+                PixelBytes(*header) <= rest.size() - pixelsAt;
 
     HBITMAP bitmap = nullptr;
     if (fits) {

@@ -19,7 +19,8 @@ void PremultiplyAlpha(std::uint8_t* topRow, int rowStep, int width, int height) 
         std::uint8_t* pixel = topRow + static_cast<std::ptrdiff_t>(y) * rowStep;
         for (int x = 0; x < width; ++x, pixel += 4) {
             unsigned alpha = pixel[3];
-            for (int channel = 0; channel < 3; ++channel) pixel[channel] = static_cast<std::uint8_t>((pixel[channel] * alpha + 127) / 255);
+            for (int channel = 0; channel < 3; ++channel)
+                pixel[channel] = static_cast<std::uint8_t>((pixel[channel] * alpha + 127) / 255);
         }
     }
 }
@@ -98,8 +99,8 @@ void CDibSection::Attach(HBITMAP bitmap, Orientation orientation) {
     hasAlpha_ = false;
 }
 
-bool CDibSection::Draw(HDC destination, int x, int y, int width, int height, int sourceX, int sourceY,
-                       int sourceWidth, int sourceHeight) {
+bool CDibSection::Draw(HDC destination, int x, int y, int width, int height, int sourceX, int sourceY, int sourceWidth,
+                       int sourceHeight) {
     if (!bitmap_) return false;
     HDC memory = CreateCompatibleDC(destination);
     if (!memory) return false;
@@ -113,8 +114,8 @@ bool CDibSection::Draw(HDC destination, int x, int y, int width, int height, int
         drawn = CallAlphaBlend(alphaBlendLibrary_, destination, x, y, width, height, memory, sourceX, sourceY,
                                sourceWidth, sourceHeight, blend);
     } else {
-        drawn = StretchBlt(destination, x, y, width, height, memory, sourceX, sourceY, sourceWidth, sourceHeight,
-                           SRCCOPY);
+        drawn =
+            StretchBlt(destination, x, y, width, height, memory, sourceX, sourceY, sourceWidth, sourceHeight, SRCCOPY);
     }
     SelectObject(memory, before);
     DeleteDC(memory);
@@ -171,14 +172,15 @@ HRESULT CDibSection::LoadFromFile(const wchar_t* path) {
         }
         if (api->GetImagePalette(image, palette, paletteSize) == gdiplus::kOk) {
             unsigned count = palette->count;
-            unsigned room = static_cast<unsigned>((paletteSize - offsetof(gdiplus::ColorPalette, entries)) / sizeof(gdiplus::ARGB));
+            unsigned room =
+                static_cast<unsigned>((paletteSize - offsetof(gdiplus::ColorPalette, entries)) / sizeof(gdiplus::ARGB));
             if (count > room) count = room;
             if (count > 256) count = 256;
             RGBQUAD colours[256] = {};
             for (unsigned i = 0; i < count; ++i) {
                 gdiplus::ARGB entry = palette->entries[i];
-                colours[i] = RGBQUAD{static_cast<BYTE>(entry), static_cast<BYTE>(entry >> 8),
-                                     static_cast<BYTE>(entry >> 16), 0};
+                colours[i] =
+                    RGBQUAD{static_cast<BYTE>(entry), static_cast<BYTE>(entry >> 8), static_cast<BYTE>(entry >> 16), 0};
             }
             HDC memory = CreateCompatibleDC(nullptr);
             HGDIOBJ before = SelectObject(memory, bitmap_);
@@ -195,9 +197,10 @@ HRESULT CDibSection::LoadFromFile(const wchar_t* path) {
         if (api->BitmapLockBits(source, &whole, gdiplus::kImageLockModeRead, format, &locked) == gdiplus::kOk) {
             std::size_t rowBytes = (static_cast<std::size_t>(width) * bits + 7) / 8;
             for (UINT y = 0; y < height; ++y)
-                std::memcpy(topRow_ + static_cast<std::ptrdiff_t>(y) * rowStep_,
-                            static_cast<const std::uint8_t*>(locked.scan0) + static_cast<std::ptrdiff_t>(y) * locked.stride,
-                            rowBytes);
+                std::memcpy(
+                    topRow_ + static_cast<std::ptrdiff_t>(y) * rowStep_,
+                    static_cast<const std::uint8_t*>(locked.scan0) + static_cast<std::ptrdiff_t>(y) * locked.stride,
+                    rowBytes);
             api->BitmapUnlockBits(source, &locked);
         }
     } else {

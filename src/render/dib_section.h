@@ -20,8 +20,8 @@ public:
     // A new DIB section of width × height (a negative height makes it
     // top-down). masks (three entries: red, green, blue) is read only with
     // BI_BITFIELDS above 8 bits; bit 0 of flags marks per-pixel alpha.
-    bool Create(int width, int height, int bitsPerPixel, DWORD compression = BI_RGB,
-                const DWORD* masks = nullptr, unsigned flags = 0);
+    bool Create(int width, int height, int bitsPerPixel, DWORD compression = BI_RGB, const DWORD* masks = nullptr,
+                unsigned flags = 0);
 
     enum Orientation { kFromHeight = 0, kBottomUp = 1, kTopDown = 2 };
     // Takes ownership of bitmap (a DIB section or a device-dependent

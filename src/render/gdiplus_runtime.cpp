@@ -22,8 +22,9 @@ bool Bind(HMODULE library, const char* name, Function& function) {
 bool ProcessIsEnding() {
     using Query = BOOLEAN(WINAPI*)();
     HMODULE ntdll = GetModuleHandleA("ntdll.dll");
-    auto query = ntdll ? reinterpret_cast<Query>(reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlDllShutdownInProgress")))
-                       : nullptr;
+    auto query =
+        ntdll ? reinterpret_cast<Query>(reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlDllShutdownInProgress")))
+              : nullptr;
     return query && query();
 }
 

@@ -40,7 +40,8 @@ DWORD UrlEncodingOption() {
     DWORD value = 0;
     HMODULE urlmon = LoadLibraryA("URLMON.DLL");
     if (!urlmon) return 0;
-    auto get = reinterpret_cast<GetSessionOption>(reinterpret_cast<void*>(GetProcAddress(urlmon, "UrlMkGetSessionOption")));
+    auto get =
+        reinterpret_cast<GetSessionOption>(reinterpret_cast<void*>(GetProcAddress(urlmon, "UrlMkGetSessionOption")));
     DWORD length = 0;
     if (!get || FAILED(get(URLMON_OPTION_URL_ENCODING, &value, sizeof value, &length, 0))) value = 0;
     FreeLibrary(urlmon);
@@ -357,8 +358,7 @@ STDMETHODIMP CHtmlSnapshot::ClientSite::Invoke(DISPID dispid, REFIID, LCID, WORD
             V_VT(result) = VT_BOOL;
             V_BOOL(result) = offline ? 1 : 0;
             return S_OK;
-        default:
-            return DISP_E_MEMBERNOTFOUND;
+        default: return DISP_E_MEMBERNOTFOUND;
     }
 }
 
@@ -366,8 +366,8 @@ STDMETHODIMP CHtmlSnapshot::ClientSite::GetHostInfo(DOCHOSTUIINFO* info) {
     if (!info) return E_INVALIDARG;
     DWORD encoding = UrlEncodingOption();
     info->dwDoubleClick = DOCHOSTUIDBLCLK_DEFAULT;
-    info->dwFlags |= DOCHOSTUIFLAG_SCROLL_NO | (encoding == URL_ENCODING_ENABLE_UTF8
-                                                     ? DOCHOSTUIFLAG_URL_ENCODING_ENABLE_UTF8
-                                                     : DOCHOSTUIFLAG_URL_ENCODING_DISABLE_UTF8);
+    info->dwFlags |=
+        DOCHOSTUIFLAG_SCROLL_NO | (encoding == URL_ENCODING_ENABLE_UTF8 ? DOCHOSTUIFLAG_URL_ENCODING_ENABLE_UTF8
+                                                                        : DOCHOSTUIFLAG_URL_ENCODING_DISABLE_UTF8);
     return S_OK;
 }

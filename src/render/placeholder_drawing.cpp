@@ -32,10 +32,10 @@ void FillSolid(HDC dc, int x, int y, int cx, int cy) {
 void DrawFlatFrame(HDC dc, const RECT& r) {
     int x = r.left, y = r.top, cx = r.right - r.left, cy = r.bottom - r.top;
     COLORREF backgroundBefore = SetBkColor(dc, kGrey);
-    FillSolid(dc, x, y, cx - 1, 1);           // top
-    FillSolid(dc, x, y, 1, cy - 1);           // left
-    FillSolid(dc, x + cx - 1, y, 1, cy);      // right
-    FillSolid(dc, x, y + cy - 1, cx, 1);      // bottom
+    FillSolid(dc, x, y, cx - 1, 1);       // top
+    FillSolid(dc, x, y, 1, cy - 1);       // left
+    FillSolid(dc, x + cx - 1, y, 1, cy);  // right
+    FillSolid(dc, x, y + cy - 1, cx, 1);  // bottom
     SetBkColor(dc, backgroundBefore);
 }
 

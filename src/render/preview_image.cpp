@@ -17,7 +17,8 @@ bool DownloadToFile(const char* address, const std::string& file) {
     using DownloadFunction = HRESULT(WINAPI*)(IUnknown*, const char*, const char*, DWORD, void*);
     HMODULE urlmon = LoadLibraryA("URLMON.DLL");
     if (!urlmon) return false;
-    auto download = reinterpret_cast<DownloadFunction>(reinterpret_cast<void*>(GetProcAddress(urlmon, "URLDownloadToFileA")));
+    auto download =
+        reinterpret_cast<DownloadFunction>(reinterpret_cast<void*>(GetProcAddress(urlmon, "URLDownloadToFileA")));
     bool done = download && SUCCEEDED(download(nullptr, address, file.c_str(), 0, nullptr));
     FreeLibrary(urlmon);
     return done;
@@ -26,7 +27,8 @@ bool DownloadToFile(const char* address, const std::string& file) {
 // The same file name in the "images" folder beside the document folder.
 std::string ImagesFolderName(std::string_view path, std::string_view documentFolder) {
     std::size_t folderEnd = documentFolder.rfind('\\');
-    std::string_view folder = folderEnd == std::string_view::npos ? std::string_view() : documentFolder.substr(0, folderEnd);
+    std::string_view folder =
+        folderEnd == std::string_view::npos ? std::string_view() : documentFolder.substr(0, folderEnd);
     std::size_t nameStart = path.rfind('\\');
     std::string_view name = nameStart == std::string_view::npos ? path : path.substr(nameStart + 1);
     std::string result(folder);

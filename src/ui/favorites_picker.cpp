@@ -57,12 +57,12 @@ public:
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
-            case WM_INITDIALOG:
-                OnInitDialog(dialog);
-                return TRUE;
+            case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
             case WM_COMMAND:
-                if (LOWORD(wParam) == IDOK) OnOK();
-                else if (LOWORD(wParam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
+                if (LOWORD(wParam) == IDOK)
+                    OnOK();
+                else if (LOWORD(wParam) == IDCANCEL)
+                    EndDialog(dialog, IDCANCEL);
                 return TRUE;
             case WM_NOTIFY: {
                 auto* header = reinterpret_cast<NMHDR*>(lParam);
@@ -74,13 +74,12 @@ public:
     }
 
 private:
-
     void OnInitDialog(HWND dialog) {
         m_dialog = dialog;
         m_tree = GetDlgItem(dialog, IDC_FAVORITES_TREE);
         m_layout.SetUp(dialog, {{IDC_FAVORITES_TREE, kAnchorRightEdge | kAnchorBottomEdge},
-                               {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
-                               {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
+                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
+                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
         m_images = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT});
         TreeView_SetImageList(m_tree, m_images, TVSIL_NORMAL);
         std::string folder = FavoritesFolder();
@@ -166,8 +165,9 @@ std::string FavoritesFolder() {
     char value[MAX_PATH + 1] = {};
     DWORD size = MAX_PATH;
     DWORD kind = 0;
-    bool read = RegQueryValueExA(key, "Favorites", nullptr, &kind, reinterpret_cast<BYTE*>(value), &size) == ERROR_SUCCESS &&
-                (kind == REG_SZ || kind == REG_EXPAND_SZ);
+    bool read =
+        RegQueryValueExA(key, "Favorites", nullptr, &kind, reinterpret_cast<BYTE*>(value), &size) == ERROR_SUCCESS &&
+        (kind == REG_SZ || kind == REG_EXPAND_SZ);
     RegCloseKey(key);
     if (!read) return {};
     value[size < MAX_PATH ? size : MAX_PATH] = 0;

@@ -19,7 +19,8 @@ bool IsOfferedFace(const LOGFONTA& font, DWORD fontType) {
 
 namespace {
 int CALLBACK CollectFace(const LOGFONTA* font, const TEXTMETRICA*, DWORD fontType, LPARAM data) {
-    if (IsOfferedFace(*font, fontType)) InsertFaceName(*reinterpret_cast<std::vector<std::string>*>(data), font->lfFaceName);
+    if (IsOfferedFace(*font, fontType))
+        InsertFaceName(*reinterpret_cast<std::vector<std::string>*>(data), font->lfFaceName);
     return 1;
 }
 }  // namespace

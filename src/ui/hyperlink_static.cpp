@@ -37,20 +37,17 @@ void CHyperlinkStatic::Open() const {
 LRESULT CHyperlinkStatic::SubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
     CHyperlinkStatic* self = this;
     switch (message) {
-    case WM_NCHITTEST:
-        // Static controls are transparent to the mouse unless they say otherwise.
-        return HTCLIENT;
-    case WM_SETCURSOR:
-        if (self->m_cursor) {
-            SetCursor(self->m_cursor);
-            return TRUE;
-        }
-        break;
-    case WM_LBUTTONDOWN:
-        self->Open();
-        break;
-    default:
-        break;
+        case WM_NCHITTEST:
+            // Static controls are transparent to the mouse unless they say otherwise.
+            return HTCLIENT;
+        case WM_SETCURSOR:
+            if (self->m_cursor) {
+                SetCursor(self->m_cursor);
+                return TRUE;
+            }
+            break;
+        case WM_LBUTTONDOWN: self->Open(); break;
+        default: break;
     }
     return CallOriginalProc(hwnd, message, wParam, lParam);
 }

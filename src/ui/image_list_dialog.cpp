@@ -73,15 +73,9 @@ public:
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
-            case WM_INITDIALOG:
-                OnInitDialog(dialog);
-                return TRUE;
-            case WM_COMMAND:
-                OnCommand(LOWORD(wParam), HIWORD(wParam));
-                return TRUE;
-            case WM_NOTIFY:
-                OnNotify(reinterpret_cast<NMHDR*>(lParam));
-                return FALSE;
+            case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
+            case WM_COMMAND: OnCommand(LOWORD(wParam), HIWORD(wParam)); return TRUE;
+            case WM_NOTIFY: OnNotify(reinterpret_cast<NMHDR*>(lParam)); return FALSE;
             case WM_DESTROY:
                 // The rows' records go with the rows.
                 ListView_DeleteAllItems(m_list);
@@ -91,7 +85,6 @@ public:
     }
 
 private:
-
     // --- initialisation ----------------------------------------------------------
 
     void OnInitDialog(HWND dialog) {
@@ -99,18 +92,31 @@ private:
         m_list = GetDlgItem(dialog, IDC_IMAGE_LIST);
         // A larger dialog gives the list the room; the row fields below it
         // move down and widen, the buttons keep to the right edge.
-        const unsigned down = kAnchorTopEdge, downWide = kAnchorTopEdge | kAnchorRightEdge,
-                       right = kAnchorLeftEdge, corner = kAnchorLeftEdge | kAnchorTopEdge;
+        const unsigned down = kAnchorTopEdge, downWide = kAnchorTopEdge | kAnchorRightEdge, right = kAnchorLeftEdge,
+                       corner = kAnchorLeftEdge | kAnchorTopEdge;
         m_layout.SetUp(dialog, {{IDC_IMAGE_LIST, kAnchorRightEdge | kAnchorBottomEdge},
-                               {IDC_ADD, right}, {IDC_REMOVE, right}, {IDC_REMOVE_ALL, right},
-                               {IDC_MOVE_UP, right}, {IDC_MOVE_DOWN, right},
-                               {IDC_FILES_GENERAL_GROUP, downWide | kAnchorRepaint}, {IDC_TITLE_LABEL, down},
-                               {IDC_TITLE, downWide}, {IDC_DESCRIPTION_LABEL, down}, {IDC_DESCRIPTION, downWide},
-                               {IDC_FILES_LINK_GROUP, downWide | kAnchorRepaint}, {IDC_LINK_TYPE_LABEL, down},
-                               {IDC_LINK_TYPE, down}, {IDC_LINK_LABEL, down}, {IDC_LINK, downWide},
-                               {IDC_PAGE_DISPLAY, downWide}, {IDC_FAVORITES, corner}, {IDC_SELECT_PAGE, corner},
-                               {IDC_TARGET_LABEL, down}, {IDC_TARGET, downWide}, {IDOK, corner},
-                               {IDCANCEL, corner}});
+                                {IDC_ADD, right},
+                                {IDC_REMOVE, right},
+                                {IDC_REMOVE_ALL, right},
+                                {IDC_MOVE_UP, right},
+                                {IDC_MOVE_DOWN, right},
+                                {IDC_FILES_GENERAL_GROUP, downWide | kAnchorRepaint},
+                                {IDC_TITLE_LABEL, down},
+                                {IDC_TITLE, downWide},
+                                {IDC_DESCRIPTION_LABEL, down},
+                                {IDC_DESCRIPTION, downWide},
+                                {IDC_FILES_LINK_GROUP, downWide | kAnchorRepaint},
+                                {IDC_LINK_TYPE_LABEL, down},
+                                {IDC_LINK_TYPE, down},
+                                {IDC_LINK_LABEL, down},
+                                {IDC_LINK, downWide},
+                                {IDC_PAGE_DISPLAY, downWide},
+                                {IDC_FAVORITES, corner},
+                                {IDC_SELECT_PAGE, corner},
+                                {IDC_TARGET_LABEL, down},
+                                {IDC_TARGET, downWide},
+                                {IDOK, corner},
+                                {IDCANCEL, corner}});
         FillLinkTypeList(dialog);
         for (const char* target : {"_blank", "_self", "_parent", "_top"})
             SendDlgItemMessageA(dialog, IDC_TARGET, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(target));
@@ -190,16 +196,24 @@ private:
 
     void OnCommand(int id, int code) {
         switch (id) {
-            case IDC_ADD: if (code == BN_CLICKED) AddFiles(); break;
-            case IDC_REMOVE: if (code == BN_CLICKED) RemoveSelected(); break;
+            case IDC_ADD:
+                if (code == BN_CLICKED) AddFiles();
+                break;
+            case IDC_REMOVE:
+                if (code == BN_CLICKED) RemoveSelected();
+                break;
             case IDC_REMOVE_ALL:
                 if (code == BN_CLICKED) {
                     ListView_DeleteAllItems(m_list);
                     ShowSelectedRow();
                 }
                 break;
-            case IDC_MOVE_UP: if (code == BN_CLICKED) MoveSelected(-1); break;
-            case IDC_MOVE_DOWN: if (code == BN_CLICKED) MoveSelected(+1); break;
+            case IDC_MOVE_UP:
+                if (code == BN_CLICKED) MoveSelected(-1);
+                break;
+            case IDC_MOVE_DOWN:
+                if (code == BN_CLICKED) MoveSelected(+1);
+                break;
             case IDC_TITLE:
                 if (code == EN_CHANGE)
                     if (ImageRecord* record = SelectedRecord()) record->title = GetControlText(m_dialog, IDC_TITLE);
@@ -224,8 +238,12 @@ private:
                 if (code == CBN_EDITCHANGE || code == CBN_SELCHANGE)
                     if (ImageRecord* record = SelectedRecord()) record->target = ComboText(IDC_TARGET, code);
                 break;
-            case IDC_FAVORITES: if (code == BN_CLICKED) ChooseFavorite(); break;
-            case IDC_SELECT_PAGE: if (code == BN_CLICKED) SelectPage(); break;
+            case IDC_FAVORITES:
+                if (code == BN_CLICKED) ChooseFavorite();
+                break;
+            case IDC_SELECT_PAGE:
+                if (code == BN_CLICKED) SelectPage();
+                break;
             case IDOK: OnOK(); break;
             case IDCANCEL: EndDialog(m_dialog, IDCANCEL); break;
         }

@@ -25,18 +25,13 @@ public:
     // The dialog procedure, called through RunModalDialog.
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         switch (message) {
-            case WM_INITDIALOG:
-                OnInitDialog(dialog);
-                return TRUE;
-            case WM_COMMAND:
-                OnCommand(LOWORD(wParam), HIWORD(wParam));
-                return TRUE;
+            case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
+            case WM_COMMAND: OnCommand(LOWORD(wParam), HIWORD(wParam)); return TRUE;
         }
         return FALSE;
     }
 
 private:
-
     void OnInitDialog(HWND dialog) {
         m_dialog = dialog;
         FillLinkTypeList(dialog);
@@ -98,9 +93,7 @@ private:
                 ReadLinkFields(m_dialog, m_fields);
                 EndDialog(m_dialog, IDOK);
                 break;
-            case IDCANCEL:
-                EndDialog(m_dialog, IDCANCEL);
-                break;
+            case IDCANCEL: EndDialog(m_dialog, IDCANCEL); break;
         }
     }
 

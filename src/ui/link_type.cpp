@@ -85,8 +85,7 @@ void ApplyLinkType(HWND dialog, LinkFields& fields, int type) {
             ShowControl(dialog, IDC_LINK, true);
             label = "T&o:";
             break;
-        default:
-            return;
+        default: return;
     }
     fields.type = type;
     SetDlgItemTextA(dialog, IDC_LINK_LABEL, label);

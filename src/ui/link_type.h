@@ -48,8 +48,8 @@ bool ChoosePageForLink(HWND dialog, CXmlDocument* site, LinkFields& fields);
 // an e-mail address, anything else a web address.
 struct LinkTypeDecision {
     int type = kLinkWebSite;
-    bool hasScheme = false;          // the text has a ":"
-    CXmlElement* page = nullptr;     // the site's page, for type 1
+    bool hasScheme = false;       // the text has a ":"
+    CXmlElement* page = nullptr;  // the site's page, for type 1
 };
 LinkTypeDecision DecideLinkType(std::string_view link, CXmlDocument* site);
 

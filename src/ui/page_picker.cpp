@@ -79,31 +79,29 @@ public:
     INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
         switch (message) {
-            case WM_INITDIALOG:
-                OnInitDialog(dialog);
-                return TRUE;
+            case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
             case WM_COMMAND:
-                if (LOWORD(wParam) == IDOK) OnOK();
-                else if (LOWORD(wParam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
+                if (LOWORD(wParam) == IDOK)
+                    OnOK();
+                else if (LOWORD(wParam) == IDCANCEL)
+                    EndDialog(dialog, IDCANCEL);
                 return TRUE;
-            case WM_NOTIFY:
-                return OnNotify(reinterpret_cast<NMHDR*>(lParam));
+            case WM_NOTIFY: return OnNotify(reinterpret_cast<NMHDR*>(lParam));
         }
         return FALSE;
     }
 
 private:
-
     void OnInitDialog(HWND dialog) {
         m_dialog = dialog;
         m_tree = GetDlgItem(dialog, IDC_PAGE_TREE);
         m_layout.SetUp(dialog, {{IDC_PAGE_TREE, kAnchorRightEdge | kAnchorBottomEdge},
-                               {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
-                               {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
+                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
+                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
         m_bigIcon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
-                                                 GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON), 0));
+                                                  GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON), 0));
         m_smallIcon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
-                                                   GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
+                                                    GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
         SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(m_bigIcon));
         SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_smallIcon));
         m_images = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE, IDI_LINK_FOLDER});
@@ -158,7 +156,8 @@ private:
                 node->SetName(ascii::Lower(node->GetName()));
                 bool folder = node->GetName() == "folder";
                 if (!folder && node->GetName() != "page") continue;
-                HTREEITEM added = InsertItem(parentItem, node->GetAttribute("name"), folder ? kFolderImage : kPageImage, node);
+                HTREEITEM added =
+                    InsertItem(parentItem, node->GetAttribute("name"), folder ? kFolderImage : kPageImage, node);
                 if (added) next.push_back({node, added});
             }
             pending.insert(pending.end(), next.rbegin(), next.rend());
@@ -183,9 +182,7 @@ private:
                 EnableWindow(GetDlgItem(m_dialog, IDOK), enable);
                 return FALSE;
             }
-            case NM_DBLCLK:
-                OnOK();
-                return FALSE;
+            case NM_DBLCLK: OnOK(); return FALSE;
         }
         return FALSE;
     }

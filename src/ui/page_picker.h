@@ -9,8 +9,8 @@ class CXmlDocument;
 class CXmlElement;
 
 struct PagePickerRequest {
-    CXmlDocument* site = nullptr;   // not owned; may be null (only "Web Site")
-    std::string currentPage;        // the page display text: selected when it names an item
+    CXmlDocument* site = nullptr;  // not owned; may be null (only "Web Site")
+    std::string currentPage;       // the page display text: selected when it names an item
     bool allowFolders = false;
 };
 

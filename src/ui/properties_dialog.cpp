@@ -23,8 +23,7 @@ void RegisterPropertyCells() {
 }  // namespace
 
 bool CExtensionPropertyGridCtrl::PreTranslateMessage(MSG* msg) {
-    if (msg->message == WM_KEYDOWN && msg->wParam == VK_DELETE)
-        return GetHwnd() && IsDialogMessageA(GetHwnd(), msg);
+    if (msg->message == WM_KEYDOWN && msg->wParam == VK_DELETE) return GetHwnd() && IsDialogMessageA(GetHwnd(), msg);
     return CExtPropertyGridCtrl::PreTranslateMessage(msg);
 }
 
@@ -41,7 +40,7 @@ HWND CPropertiesDialog::Create(HWND parent) {
     m_ended = false;
     m_result = IDCANCEL;
     m_hwnd = CreateDialogParamA(OwnModule(), kTemplateName, parent, BoundDialogProc<CPropertiesDialog>,
-                               reinterpret_cast<LPARAM>(this));
+                                reinterpret_cast<LPARAM>(this));
     return m_hwnd;
 }
 
@@ -59,7 +58,7 @@ int CPropertiesDialog::DoModal(HWND parent) {
     while (!m_ended) {
         BOOL got = GetMessageA(&msg, nullptr, 0, 0);
         if (got == 0) {
-            PostQuitMessage(static_cast<int>(msg.wParam));   // for the host's loop
+            PostQuitMessage(static_cast<int>(msg.wParam));  // for the host's loop
             break;
         }
         if (got < 0) break;
@@ -96,33 +95,32 @@ INT_PTR CPropertiesDialog::DialogProc(HWND hwnd, UINT message, WPARAM wParam, LP
 
 INT_PTR CPropertiesDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK) {
-            // A value still being typed counts, as if Enter had been pressed.
-            if (m_grid.GetHwnd() && m_grid.GetGrid().IsEditing()) m_grid.GetGrid().CommitEdit();
-            End(IDOK);
-            return TRUE;
+        case WM_COMMAND:
+            if (LOWORD(wParam) == IDOK) {
+                // A value still being typed counts, as if Enter had been pressed.
+                if (m_grid.GetHwnd() && m_grid.GetGrid().IsEditing()) m_grid.GetGrid().CommitEdit();
+                End(IDOK);
+                return TRUE;
+            }
+            if (LOWORD(wParam) == IDCANCEL) {
+                End(IDCANCEL);
+                return TRUE;
+            }
+            break;
+        case WM_NOTIFY: {
+            const auto* nm = reinterpret_cast<const NMPROPERTYGRID*>(lParam);
+            if (nm->hdr.idFrom == static_cast<UINT_PTR>(kGridId) &&
+                (nm->hdr.code == PGN_INPUTCOMPLETE || nm->hdr.code == PGN_VALUEAPPLIED) && nm->item) {
+                OnValueChanged(*nm->item);
+                return TRUE;
+            }
+            break;
         }
-        if (LOWORD(wParam) == IDCANCEL) {
-            End(IDCANCEL);
-            return TRUE;
-        }
-        break;
-    case WM_NOTIFY: {
-        const auto* nm = reinterpret_cast<const NMPROPERTYGRID*>(lParam);
-        if (nm->hdr.idFrom == static_cast<UINT_PTR>(kGridId) &&
-            (nm->hdr.code == PGN_INPUTCOMPLETE || nm->hdr.code == PGN_VALUEAPPLIED) && nm->item) {
-            OnValueChanged(*nm->item);
-            return TRUE;
-        }
-        break;
-    }
-    case WM_CTLCOLORSTATIC:
-        if (reinterpret_cast<HWND>(lParam) == m_website.GetHwnd() && m_website.GetHwnd())
-            return reinterpret_cast<INT_PTR>(m_website.OnCtlColor(reinterpret_cast<HDC>(wParam)));
-        break;
-    default:
-        break;
+        case WM_CTLCOLORSTATIC:
+            if (reinterpret_cast<HWND>(lParam) == m_website.GetHwnd() && m_website.GetHwnd())
+                return reinterpret_cast<INT_PTR>(m_website.OnCtlColor(reinterpret_cast<HDC>(wParam)));
+            break;
+        default: break;
     }
     return FALSE;
 }

@@ -62,29 +62,30 @@ void FillChoices(CExtGridCellComboBox& cell, const std::string& options, const s
 std::string ValueTextOf(PropertyType type, CExtGridCell* cell) {
     if (!cell) return std::string();
     switch (type) {
-    case PropertyType::kBoolean:
-        return cell->IsKindOf(CExtGridCellBool::kClass) && static_cast<CExtGridCellBool*>(cell)->GetChecked() ? "true"
-                                                                                                              : "false";
-    case PropertyType::kColor:
-        return cell->IsKindOf(CExtGridCellColor::kClass) ? FormatColorHex(static_cast<CExtGridCellColor*>(cell)->GetColor())
-                                                         : std::string();
-    case PropertyType::kText:
-    case PropertyType::kFile:
-    case PropertyType::kLink:
-        return cell->GetText();
-    case PropertyType::kFontName:
-    case PropertyType::kFontSize:
-    case PropertyType::kChoice:
-        // Only an entry of the list counts: a font name that is not installed
-        // is stored as empty text once its row is changed.
-        return cell->IsKindOf(CExtGridCellComboBox::kClass)
-                   ? static_cast<CExtGridCellComboBox*>(cell)->GetSelectedText()
-                   : std::string();
-    case PropertyType::kImageList:
-        return cell->IsKindOf(CExtGridCellImages::kClass) ? static_cast<CExtGridCellImages*>(cell)->GetImageListText()
-                                                          : std::string();
-    default:
-        return std::string();
+        case PropertyType::kBoolean:
+            return cell->IsKindOf(CExtGridCellBool::kClass) && static_cast<CExtGridCellBool*>(cell)->GetChecked()
+                       ? "true"
+                       : "false";
+        case PropertyType::kColor:
+            return cell->IsKindOf(CExtGridCellColor::kClass)
+                       ? FormatColorHex(static_cast<CExtGridCellColor*>(cell)->GetColor())
+                       : std::string();
+        case PropertyType::kText:
+        case PropertyType::kFile:
+        case PropertyType::kLink: return cell->GetText();
+        case PropertyType::kFontName:
+        case PropertyType::kFontSize:
+        case PropertyType::kChoice:
+            // Only an entry of the list counts: a font name that is not installed
+            // is stored as empty text once its row is changed.
+            return cell->IsKindOf(CExtGridCellComboBox::kClass)
+                       ? static_cast<CExtGridCellComboBox*>(cell)->GetSelectedText()
+                       : std::string();
+        case PropertyType::kImageList:
+            return cell->IsKindOf(CExtGridCellImages::kClass)
+                       ? static_cast<CExtGridCellImages*>(cell)->GetImageListText()
+                       : std::string();
+        default: return std::string();
     }
 }
 
@@ -106,48 +107,45 @@ CExtPropertyStore* CPropertiesDialog::BuildPropertyStore() {
             auto* item = new CExtPropertyValue(Attribute(property, "name"), Attribute(property, "description"));
             category->ItemInsert(item);
             switch (rule.type) {
-            case PropertyType::kBoolean:
-                item->ValueActiveGetByRTC<CExtGridCellBool>()->SetChecked(value == "true");
-                break;
-            case PropertyType::kColor: {
-                auto* cell = item->ValueActiveGetByRTC<CExtGridCellColor>();
-                cell->SetColor(ParseColorAfterHash(value));
-                cell->SetCustomColorCaption("More colors...");
-                cell->EnableAutomatic(false, static_cast<COLORREF>(-1));
-                cell->AllowNoColor(false);  // the page needs #RRGGBB
-                break;
-            }
-            case PropertyType::kText:
-                item->ValueActiveGetByRTC<CExtGridCellString>()->SetText(value);
-                break;
-            case PropertyType::kFile:
-                item->ValueActiveGetByRTC<CExtGridCellFile>()->SetText(value);
-                break;
-            case PropertyType::kFontName: {
-                auto* cell = item->ValueActiveGetByRTC<CExtGridCellFontComboBox>();
-                for (const std::string& face : FaceNames()) cell->AddString(face);
-                cell->SetText(value);
-                break;
-            }
-            case PropertyType::kFontSize:
-                FillFontSizes(*item->ValueActiveGetByRTC<CExtGridCellComboBox>(), value);
-                break;
-            case PropertyType::kImageList: {
-                auto* cell = item->ValueActiveGetByRTC<CExtGridCellImages>();
-                cell->SetText(value);
-                cell->SetImageListText(value);
-                cell->SetSiteStructure(m_siteStructure);
-                break;
-            }
-            case PropertyType::kChoice:
-                FillChoices(*item->ValueActiveGetByRTC<CExtGridCellComboBox>(), Attribute(property, "options"), value);
-                break;
-            case PropertyType::kLink: {
-                auto* cell = item->ValueActiveGetByRTC<CExtGridCellURL>();
-                cell->SetText(value);
-                cell->SetSiteStructure(m_siteStructure);
-                break;
-            }
+                case PropertyType::kBoolean:
+                    item->ValueActiveGetByRTC<CExtGridCellBool>()->SetChecked(value == "true");
+                    break;
+                case PropertyType::kColor: {
+                    auto* cell = item->ValueActiveGetByRTC<CExtGridCellColor>();
+                    cell->SetColor(ParseColorAfterHash(value));
+                    cell->SetCustomColorCaption("More colors...");
+                    cell->EnableAutomatic(false, static_cast<COLORREF>(-1));
+                    cell->AllowNoColor(false);  // the page needs #RRGGBB
+                    break;
+                }
+                case PropertyType::kText: item->ValueActiveGetByRTC<CExtGridCellString>()->SetText(value); break;
+                case PropertyType::kFile: item->ValueActiveGetByRTC<CExtGridCellFile>()->SetText(value); break;
+                case PropertyType::kFontName: {
+                    auto* cell = item->ValueActiveGetByRTC<CExtGridCellFontComboBox>();
+                    for (const std::string& face : FaceNames()) cell->AddString(face);
+                    cell->SetText(value);
+                    break;
+                }
+                case PropertyType::kFontSize:
+                    FillFontSizes(*item->ValueActiveGetByRTC<CExtGridCellComboBox>(), value);
+                    break;
+                case PropertyType::kImageList: {
+                    auto* cell = item->ValueActiveGetByRTC<CExtGridCellImages>();
+                    cell->SetText(value);
+                    cell->SetImageListText(value);
+                    cell->SetSiteStructure(m_siteStructure);
+                    break;
+                }
+                case PropertyType::kChoice:
+                    FillChoices(*item->ValueActiveGetByRTC<CExtGridCellComboBox>(), Attribute(property, "options"),
+                                value);
+                    break;
+                case PropertyType::kLink: {
+                    auto* cell = item->ValueActiveGetByRTC<CExtGridCellURL>();
+                    cell->SetText(value);
+                    cell->SetSiteStructure(m_siteStructure);
+                    break;
+                }
             }
         });
     });

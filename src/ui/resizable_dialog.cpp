@@ -48,10 +48,9 @@ void CResizableDialog::SetUp(HWND dialog, std::initializer_list<ResizeRule> rule
     m_grip = FindSizeGrip(dialog);
     if (!m_grip) {
         int size = GetSystemMetrics(SM_CXVSCROLL);
-        m_grip = CreateWindowExA(0, "ScrollBar", "",
-                                WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_SIZEGRIP | SBS_SIZEBOXBOTTOMRIGHTALIGN,
-                                client.right - size, client.bottom - size, size, size, dialog, nullptr,
-                                GetModuleHandleA(nullptr), nullptr);
+        m_grip = CreateWindowExA(
+            0, "ScrollBar", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_SIZEGRIP | SBS_SIZEBOXBOTTOMRIGHTALIGN,
+            client.right - size, client.bottom - size, size, size, dialog, nullptr, GetModuleHandleA(nullptr), nullptr);
     }
 
     m_placements.clear();
@@ -71,8 +70,10 @@ bool CResizableDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
     }
     if (message != WM_SIZE) return false;
     if (m_grip) {
-        if (wParam == SIZE_MAXIMIZED) ShowWindow(m_grip, SW_HIDE);
-        else if (wParam == SIZE_RESTORED) ShowWindow(m_grip, SW_SHOW);
+        if (wParam == SIZE_MAXIMIZED)
+            ShowWindow(m_grip, SW_HIDE);
+        else if (wParam == SIZE_RESTORED)
+            ShowWindow(m_grip, SW_SHOW);
     }
     if (wParam != SIZE_MINIMIZED) Layout(LOWORD(lParam), HIWORD(lParam));
     return true;
@@ -99,15 +100,19 @@ void CResizableDialog::Layout(int width, int height) {
         } else if (p.anchors & kAnchorBottomEdge) {
             r.bottom += dy;
         }
-        if (batch) batch = DeferWindowPos(batch, control, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top, flags);
-        else SetWindowPos(control, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top, flags);
+        if (batch)
+            batch = DeferWindowPos(batch, control, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top, flags);
+        else
+            SetWindowPos(control, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top, flags);
     }
     if (m_grip) {
         RECT g = {};
         GetWindowRect(m_grip, &g);
         int w = g.right - g.left, h = g.bottom - g.top;
-        if (batch) batch = DeferWindowPos(batch, m_grip, nullptr, width - w, height - h, w, h, flags);
-        else SetWindowPos(m_grip, nullptr, width - w, height - h, w, h, flags);
+        if (batch)
+            batch = DeferWindowPos(batch, m_grip, nullptr, width - w, height - h, w, h, flags);
+        else
+            SetWindowPos(m_grip, nullptr, width - w, height - h, w, h, flags);
     }
     if (batch) EndDeferWindowPos(batch);
     for (const Placement& p : m_placements)

@@ -35,8 +35,8 @@ void LoadPreviewPicture(CPreviewImage& preview, CXmlDocument& definition) {
     char file[MAX_PATH] = {};
     GetTempPathA(MAX_PATH, folder);
     GetTempFileNameA(folder, "~pw", 0, file);
-    HANDLE handle = CreateFileA(file, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                nullptr);
+    HANDLE handle =
+        CreateFileA(file, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle != INVALID_HANDLE_VALUE) {
         DWORD written = 0;
         WriteFile(handle, bytes.data(), static_cast<DWORD>(length), &written, nullptr);

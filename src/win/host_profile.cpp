@@ -10,15 +10,15 @@ namespace {
 // AFX_MODULE_STATE: the vtable pointer, then the application object.
 constexpr std::size_t kCurrentWinAppOffset = 0x04;
 // CWinApp (MFC 4.2 release layout, 4-byte packing).
-constexpr std::size_t kRegistryKeyOffset = 0x80;   // LPCTSTR m_pszRegistryKey
-constexpr std::size_t kProfileNameOffset = 0x94;   // LPCTSTR m_pszProfileName
+constexpr std::size_t kRegistryKeyOffset = 0x80;  // LPCTSTR m_pszRegistryKey
+constexpr std::size_t kProfileNameOffset = 0x94;  // LPCTSTR m_pszProfileName
 
 using ModuleStateFn = void*(WINAPI*)();
 // The CString comes back through a hidden pointer that precedes the
 // arguments; the callee constructs it there and returns that pointer.
 using GetProfileStringFn = mfc42::CStringLayout*(PW_THISCALL*)(void* app, mfc42::CStringLayout* result,
-                                                                const char* section, const char* entry,
-                                                                const char* defaultText);
+                                                               const char* section, const char* entry,
+                                                               const char* defaultText);
 using WriteProfileStringFn = BOOL(PW_THISCALL*)(void* app, const char* section, const char* entry, const char* value);
 using StringDestructorFn = void(PW_THISCALL*)(mfc42::CStringLayout* self);
 

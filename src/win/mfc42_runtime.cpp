@@ -132,7 +132,8 @@ void ArchiveWrite(void* archive, const void* bytes, std::size_t size) {
 void ThrowEndOfFile(void* archive) {
     ThrowArchiveExceptionFn thrower = Runtime().throwArchiveException;
     if (!thrower) return;
-    const auto* fileName = reinterpret_cast<const CStringLayout*>(static_cast<const BYTE*>(archive) + kArchiveFileNameOffset);
+    const auto* fileName =
+        reinterpret_cast<const CStringLayout*>(static_cast<const BYTE*>(archive) + kArchiveFileNameOffset);
     thrower(kEndOfFile, fileName->m_pchData);
 }
 

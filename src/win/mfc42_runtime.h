@@ -25,11 +25,11 @@ enum Ordinal : WORD {
     kTermExtensionModule = 1253,    // AfxTermExtensionModule(module&, BOOL)
     kThrowArchiveException = 1259,  // AfxThrowArchiveException(int, LPCSTR)
     kStringGetBufferSetLength = 2919,
-    kGetProfileString = 3522,       // CString CWinApp::GetProfileString(section, entry, default)
-    kArchiveRead = 5440,            // UINT CArchive::Read(void*, UINT)
+    kGetProfileString = 3522,  // CString CWinApp::GetProfileString(section, entry, default)
+    kArchiveRead = 5440,       // UINT CArchive::Read(void*, UINT)
     kStringReleaseBuffer = 5572,
-    kArchiveWrite = 6383,           // void CArchive::Write(const void*, UINT)
-    kWriteProfileString = 6403,     // BOOL CWinApp::WriteProfileString(section, entry, value)
+    kArchiveWrite = 6383,        // void CArchive::Write(const void*, UINT)
+    kWriteProfileString = 6403,  // BOOL CWinApp::WriteProfileString(section, entry, value)
 };
 
 // The function that module exports under ordinal, or null (also for a null

@@ -27,8 +27,9 @@ HBITMAP DefinitionBitmap() {
     if (!element) return nullptr;
     std::string text = element->GetValue();
     std::string bytes(text.size() + 1, '\0');
-    Base64Outcome decoded = Base64DecodeInto(text.data(), static_cast<int>(text.size()),
-                                             reinterpret_cast<unsigned char*>(&bytes[0]), static_cast<int>(text.size()));
+    Base64Outcome decoded =
+        Base64DecodeInto(text.data(), static_cast<int>(text.size()), reinterpret_cast<unsigned char*>(&bytes[0]),
+                         static_cast<int>(text.size()));
     if (!decoded.ok) return nullptr;
     bytes.resize(static_cast<std::size_t>(decoded.length));
     HBITMAP bitmap = nullptr;

@@ -110,8 +110,7 @@ std::string Base64DecodeOrKeep(std::string_view text) {
     if (text.size() > 0x7FFFFFFF) return std::string(text);
     std::vector<unsigned char> buffer(text.size() + 1, 0);
     int length = static_cast<int>(text.size());
-    if (!Base64Decode(text.data(), static_cast<int>(text.size()), buffer.data(), &length))
-        return std::string(text);
+    if (!Base64Decode(text.data(), static_cast<int>(text.size()), buffer.data(), &length)) return std::string(text);
     return std::string(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(length));
 }
 

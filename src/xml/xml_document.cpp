@@ -163,8 +163,7 @@ int CXmlDocument::WriteElement(CXmlElement* element, std::string& out) {
             out += "\r\n";
     };
     auto close = [&](CXmlElement* e) {
-        if (e->GetRawValue().empty() && writerDepth_ >= 1)
-            out.append(static_cast<std::size_t>(writerDepth_), '\t');
+        if (e->GetRawValue().empty() && writerDepth_ >= 1) out.append(static_cast<std::size_t>(writerDepth_), '\t');
         out += "</";
         out += e->GetName();
         out += ">\r\n";
@@ -193,8 +192,7 @@ std::string CXmlDocument::GetChildValue(CXmlElement* parent, std::string_view na
     return child ? child->GetValue() : std::string();
 }
 
-CXmlElement* CXmlDocument::AddChild(CXmlElement* parent, std::string_view name,
-                                    std::optional<std::string_view> value,
+CXmlElement* CXmlDocument::AddChild(CXmlElement* parent, std::string_view name, std::optional<std::string_view> value,
                                     std::optional<std::string_view> attributes) {
     auto element = std::make_unique<CXmlElement>();
     element->SetName(ascii::Trim(name));
@@ -229,10 +227,16 @@ std::string CXmlDocument::Escape(std::string_view text, bool escapeQuotes) {
             case '<': out += "&lt;"; break;
             case '>': out += "&gt;"; break;
             case '"':
-                if (escapeQuotes) out += "&quot;"; else out += c;
+                if (escapeQuotes)
+                    out += "&quot;";
+                else
+                    out += c;
                 break;
             case '\'':
-                if (escapeQuotes) out += "&apos;"; else out += c;
+                if (escapeQuotes)
+                    out += "&apos;";
+                else
+                    out += c;
                 break;
             default: out += c;
         }
@@ -274,8 +278,7 @@ std::string CXmlDocument::Unescape(std::string_view text) {
     static const struct {
         std::string_view word;
         char replacement;
-    } kEntities[] = {{"amp;", '&'}, {"lt;", '<'},   {"gt;", '>'},
-                     {"quot;", '"'}, {"apos;", '\''}, {"nbsp;", ' '}};
+    } kEntities[] = {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}, {"nbsp;", ' '}};
 
     std::string out;
     out.reserve(text.size());

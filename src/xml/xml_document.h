@@ -55,8 +55,7 @@ public:
     // Appends a new child named name (trimmed). value, when given, is stored
     // escaped (quotes left alone); attributes, when given, become its
     // attribute text and are parsed into its map. The parent link stays null.
-    CXmlElement* AddChild(CXmlElement* parent, std::string_view name,
-                          std::optional<std::string_view> value,
+    CXmlElement* AddChild(CXmlElement* parent, std::string_view name, std::optional<std::string_view> value,
                           std::optional<std::string_view> attributes);
     // Sets the value (and attributes) of parent's first child called name,
     // or adds such a child when there is none.

@@ -105,8 +105,8 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
     services.fileSystem = fileSystem_.get();
     services.transformer = transformer_.get();
     engine_ = std::make_unique<CExtensionEngine>(definition, services);
-    RequireWholeDocument(engine_->GetDefinition(), options.definitionFile.empty() ? "the built-in definition"
-                                                                                  : options.definitionFile);
+    RequireWholeDocument(engine_->GetDefinition(),
+                         options.definitionFile.empty() ? "the built-in definition" : options.definitionFile);
 
     if (!options.recordFile.empty()) {
         std::string bytes = ReadInput(options.recordFile);

@@ -22,8 +22,8 @@ CExtPropertyStore* BuildDemoStore() {
     auto* look = new CExtPropertyCategory("Appearance");
     store->ItemInsert(look);
     AddValue<CExtGridCellString>(look, "Title", "The caption shown above the gallery.")->SetText("Summer 2026");
-    auto* background = AddValue<CExtGridCellColor>(look, "Background color",
-                                                   "The colour behind the pictures, as #RRGGBB.");
+    auto* background =
+        AddValue<CExtGridCellColor>(look, "Background color", "The colour behind the pictures, as #RRGGBB.");
     background->SetColor(RGB(0x20, 0x40, 0x80));
     background->EnableAutomatic(false);
     auto* text = AddValue<CExtGridCellColor>(look, "Text color",
@@ -41,8 +41,8 @@ CExtPropertyStore* BuildDemoStore() {
     auto* align = AddValue<CExtGridCellDropListComboBox>(look, "Alignment", "Where captions sit under each picture.");
     for (const char* option : {"Left", "Center", "Right"}) align->AddString(option);
     align->SetText("Center");
-    auto* style = AddValue<CExtGridCellComboBox>(look, "Caption style",
-                                                 "A style name from the list, or any name of your own.");
+    auto* style =
+        AddValue<CExtGridCellComboBox>(look, "Caption style", "A style name from the list, or any name of your own.");
     for (const char* option : {"Plain", "Shadow", "Outline"}) style->AddString(option);
     style->SetText("Shadow");
     AddValue<CExtGridCellHeader>(look, "Section", "A read-only heading.")->SetText("Layout");
@@ -66,7 +66,8 @@ CExtPropertyStore* BuildDemoStore() {
     auto* file = AddValue<CExtGridCellFile>(behave, "Style sheet", "A CSS file copied beside the published page.");
     file->SetFilter("Style sheets (*.css)|*.css|All files (*.*)|*.*");
     file->SetText("C:\\site\\gallery.css");
-    AddValue<CExtGridCellFolder>(behave, "Image folder", "Where the pictures are published.")->SetText("C:\\site\\images");
+    AddValue<CExtGridCellFolder>(behave, "Image folder", "Where the pictures are published.")
+        ->SetText("C:\\site\\images");
     AddValue<CExtGridCellPassword>(behave, "Upload password", "Used when publishing to the server.")->SetText("secret");
     return store;
 }

@@ -67,7 +67,7 @@ RECT CaptureArea(HWND main) {
     RECT area;
     GetWindowRect(main, &area);
     HWND popup = CExtColorPopup::ActiveWindow();
-    if (!popup) popup = FindWindowA("#32768", nullptr);   // an open popup menu
+    if (!popup) popup = FindWindowA("#32768", nullptr);  // an open popup menu
     HWND editor = g_grid->GetGrid().IsEditing() ? GetParent(g_grid->GetGrid().EditorHwnd()) : nullptr;
     if (HWND control = g_grid->GetGrid().EditorHwnd()) {
         char name[32] = {};
@@ -94,81 +94,83 @@ void OnValueChanged(const NMPROPERTYGRID& nm) {
 
 LRESULT CALLBACK MainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case WM_CREATE: {
-        g_grid = new CExtPropertyGridCtrl();
-        g_grid->Create(hwnd, RECT{0, 0, 100, 100}, kGridId);
-        if (g_options.dpi) g_grid->SetDpi(g_options.dpi);
-        g_status = CreateWindowExA(0, "STATIC", "Change a value to see the notifications here.",
-                                   WS_CHILD | WS_VISIBLE | SS_LEFTNOWORDWRAP | SS_NOPREFIX, 0, 0, 10, 10, hwnd, nullptr,
-                                   GetModuleHandleA(nullptr), nullptr);
-        SendMessageA(g_status, WM_SETFONT, reinterpret_cast<WPARAM>(g_grid->PaintManager().NormalFont()), FALSE);
-        g_store.reset(BuildDemoStore());
-        CExtPropertyGridComboBoxBar& bar = g_grid->GetComboBar();
-        bar.PropertyStoreInsert(g_store.get());
-        SendMessageA(bar.GetHwnd(), CB_SETCURSEL, 0, 0);
-        bar.Show(false);
-        g_grid->PropertyStoreSynchronize();
-        g_grid->SetSorted(g_options.alphabetical);
-        if (g_options.modify) {
-            FindValue("Title")->ValueActiveGet()->SetText("Autumn 2026");
-            FindValue("Speed")->ValueActiveGet()->SetText("5");
-            FindValue("Reflections")->ValueActiveGet()->SetText("true");
-        }
-        if (!g_options.filter.empty()) {
-            g_grid->ShowFilter(true);
-            g_grid->SetFilterText(g_options.filter);
-        }
-        if (!g_options.select.empty()) SelectByName(g_options.select);
-        else g_grid->GetGrid().FocusSet(1);
-        return 0;
-    }
-    case WM_SIZE: {
-        int w = LOWORD(lParam), h = HIWORD(lParam);
-        int margin = g_grid->PaintManager().Scale(8);
-        int status = g_grid->PaintManager().TextHeight() + margin;
-        SetWindowPos(g_grid->GetHwnd(), nullptr, margin, margin, w - 2 * margin, h - 2 * margin - status, SWP_NOZORDER);
-        SetWindowPos(g_status, nullptr, margin, h - status, w - 2 * margin, status - margin / 2, SWP_NOZORDER);
-        return 0;
-    }
-    case WM_SETFOCUS:
-        SetFocus(g_grid->GetGrid().GetHwnd());
-        return 0;
-    case WM_NOTIFY: {
-        const auto* nm = reinterpret_cast<const NMPROPERTYGRID*>(lParam);
-        if (nm->hdr.idFrom == kGridId && (nm->hdr.code == PGN_INPUTCOMPLETE || nm->hdr.code == PGN_VALUEAPPLIED))
-            OnValueChanged(*nm);
-        return 0;
-    }
-    case WM_TIMER:
-        KillTimer(hwnd, wParam);
-        if (wParam == kOpenTimer) {
-            if (!g_options.screenshot.empty()) SetTimer(hwnd, kCaptureTimer, 700, nullptr);
-            if (g_options.edit) g_grid->GetGrid().BeginEdit();
-            if (g_options.openColourPopup) {
-                SelectByName(g_options.select.empty() ? "Background color" : g_options.select);
-                g_grid->GetGrid().ClickButton(0);   // runs until the popup closes
-            } else if (g_options.openMenu) {
-                if (!g_options.select.empty()) SelectByName(g_options.select);
-                // As Shift+F10 does; the menu runs until it closes.
-                SendMessageA(g_grid->GetHwnd(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(g_grid->GetGrid().GetHwnd()), -1);
-            } else if (g_options.openCombo) {
-                SelectByName(g_options.select.empty() ? "Font size" : g_options.select);
-                g_grid->GetGrid().ClickButton(0);
+        case WM_CREATE: {
+            g_grid = new CExtPropertyGridCtrl();
+            g_grid->Create(hwnd, RECT{0, 0, 100, 100}, kGridId);
+            if (g_options.dpi) g_grid->SetDpi(g_options.dpi);
+            g_status = CreateWindowExA(0, "STATIC", "Change a value to see the notifications here.",
+                                       WS_CHILD | WS_VISIBLE | SS_LEFTNOWORDWRAP | SS_NOPREFIX, 0, 0, 10, 10, hwnd,
+                                       nullptr, GetModuleHandleA(nullptr), nullptr);
+            SendMessageA(g_status, WM_SETFONT, reinterpret_cast<WPARAM>(g_grid->PaintManager().NormalFont()), FALSE);
+            g_store.reset(BuildDemoStore());
+            CExtPropertyGridComboBoxBar& bar = g_grid->GetComboBar();
+            bar.PropertyStoreInsert(g_store.get());
+            SendMessageA(bar.GetHwnd(), CB_SETCURSEL, 0, 0);
+            bar.Show(false);
+            g_grid->PropertyStoreSynchronize();
+            g_grid->SetSorted(g_options.alphabetical);
+            if (g_options.modify) {
+                FindValue("Title")->ValueActiveGet()->SetText("Autumn 2026");
+                FindValue("Speed")->ValueActiveGet()->SetText("5");
+                FindValue("Reflections")->ValueActiveGet()->SetText("true");
             }
-        } else if (wParam == kCaptureTimer) {
-            RECT area = CaptureArea(hwnd);
-            bool ok = CaptureScreenRect(area, g_options.screenshot.c_str());
-            if (HWND popup = CExtColorPopup::ActiveWindow()) PostMessageA(popup, WM_KEYDOWN, VK_ESCAPE, 0);
-            EndMenu();
-            PostMessageA(hwnd, WM_CLOSE, 0, 0);
-            if (!ok) PostQuitMessage(2);
+            if (!g_options.filter.empty()) {
+                g_grid->ShowFilter(true);
+                g_grid->SetFilterText(g_options.filter);
+            }
+            if (!g_options.select.empty())
+                SelectByName(g_options.select);
+            else
+                g_grid->GetGrid().FocusSet(1);
+            return 0;
         }
-        return 0;
-    case WM_DESTROY:
-        delete g_grid;
-        g_grid = nullptr;
-        PostQuitMessage(0);
-        return 0;
+        case WM_SIZE: {
+            int w = LOWORD(lParam), h = HIWORD(lParam);
+            int margin = g_grid->PaintManager().Scale(8);
+            int status = g_grid->PaintManager().TextHeight() + margin;
+            SetWindowPos(g_grid->GetHwnd(), nullptr, margin, margin, w - 2 * margin, h - 2 * margin - status,
+                         SWP_NOZORDER);
+            SetWindowPos(g_status, nullptr, margin, h - status, w - 2 * margin, status - margin / 2, SWP_NOZORDER);
+            return 0;
+        }
+        case WM_SETFOCUS: SetFocus(g_grid->GetGrid().GetHwnd()); return 0;
+        case WM_NOTIFY: {
+            const auto* nm = reinterpret_cast<const NMPROPERTYGRID*>(lParam);
+            if (nm->hdr.idFrom == kGridId && (nm->hdr.code == PGN_INPUTCOMPLETE || nm->hdr.code == PGN_VALUEAPPLIED))
+                OnValueChanged(*nm);
+            return 0;
+        }
+        case WM_TIMER:
+            KillTimer(hwnd, wParam);
+            if (wParam == kOpenTimer) {
+                if (!g_options.screenshot.empty()) SetTimer(hwnd, kCaptureTimer, 700, nullptr);
+                if (g_options.edit) g_grid->GetGrid().BeginEdit();
+                if (g_options.openColourPopup) {
+                    SelectByName(g_options.select.empty() ? "Background color" : g_options.select);
+                    g_grid->GetGrid().ClickButton(0);  // runs until the popup closes
+                } else if (g_options.openMenu) {
+                    if (!g_options.select.empty()) SelectByName(g_options.select);
+                    // As Shift+F10 does; the menu runs until it closes.
+                    SendMessageA(g_grid->GetHwnd(), WM_CONTEXTMENU,
+                                 reinterpret_cast<WPARAM>(g_grid->GetGrid().GetHwnd()), -1);
+                } else if (g_options.openCombo) {
+                    SelectByName(g_options.select.empty() ? "Font size" : g_options.select);
+                    g_grid->GetGrid().ClickButton(0);
+                }
+            } else if (wParam == kCaptureTimer) {
+                RECT area = CaptureArea(hwnd);
+                bool ok = CaptureScreenRect(area, g_options.screenshot.c_str());
+                if (HWND popup = CExtColorPopup::ActiveWindow()) PostMessageA(popup, WM_KEYDOWN, VK_ESCAPE, 0);
+                EndMenu();
+                PostMessageA(hwnd, WM_CLOSE, 0, 0);
+                if (!ok) PostQuitMessage(2);
+            }
+            return 0;
+        case WM_DESTROY:
+            delete g_grid;
+            g_grid = nullptr;
+            PostQuitMessage(0);
+            return 0;
     }
     return DefWindowProcA(hwnd, message, wParam, lParam);
 }
@@ -178,16 +180,26 @@ Options ParseOptions(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         std::string a = argv[i];
         auto next = [&]() { return i + 1 < argc ? std::string(argv[++i]) : std::string(); };
-        if (a == "--alphabetical") o.alphabetical = true;
-        else if (a == "--edit") o.edit = true;
-        else if (a == "--modify") o.modify = true;
-        else if (a == "--open-colour-popup" || a == "--open-color-popup") o.openColourPopup = true;
-        else if (a == "--open-combo") o.openCombo = true;
-        else if (a == "--open-menu") o.openMenu = true;
-        else if (a == "--dpi") o.dpi = std::atoi(next().c_str());   // 0 or nonsense: the screen's
-        else if (a == "--filter") o.filter = next();
-        else if (a == "--select") o.select = next();
-        else if (a == "--screenshot") o.screenshot = next();
+        if (a == "--alphabetical")
+            o.alphabetical = true;
+        else if (a == "--edit")
+            o.edit = true;
+        else if (a == "--modify")
+            o.modify = true;
+        else if (a == "--open-colour-popup" || a == "--open-color-popup")
+            o.openColourPopup = true;
+        else if (a == "--open-combo")
+            o.openCombo = true;
+        else if (a == "--open-menu")
+            o.openMenu = true;
+        else if (a == "--dpi")
+            o.dpi = std::atoi(next().c_str());  // 0 or nonsense: the screen's
+        else if (a == "--filter")
+            o.filter = next();
+        else if (a == "--select")
+            o.select = next();
+        else if (a == "--screenshot")
+            o.screenshot = next();
     }
     if (o.dpi < 48 || o.dpi > 480) o.dpi = 0;
     return o;
@@ -207,8 +219,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show) {
     int dpi = g_options.dpi ? g_options.dpi : 96;
     RECT frame{0, 0, MulDiv(420, dpi, 96), MulDiv(540, dpi, 96)};
     AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, FALSE);
-    HWND main = CreateWindowExA(0, "PwGridDemo", "Property grid", WS_OVERLAPPEDWINDOW, 40, 40,
-                                frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr, instance, nullptr);
+    HWND main = CreateWindowExA(0, "PwGridDemo", "Property grid", WS_OVERLAPPEDWINDOW, 40, 40, frame.right - frame.left,
+                                frame.bottom - frame.top, nullptr, nullptr, instance, nullptr);
     if (!main) return 1;
     ShowWindow(main, show);
     UpdateWindow(main);

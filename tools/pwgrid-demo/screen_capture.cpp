@@ -18,7 +18,7 @@ bool CaptureScreenRect(const RECT& wanted, const char* path) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof(info.bmiHeader);
     info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;   // bottom-up, as BMP files store rows
+    info.bmiHeader.biHeight = height;  // bottom-up, as BMP files store rows
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 24;
     info.bmiHeader.biCompression = BI_RGB;

@@ -8,7 +8,7 @@ namespace {
 const IID kIAccessible = {0x618736e0, 0x3c3d, 0x11cf, {0x81, 0x0c, 0x00, 0xaa, 0x00, 0x38, 0x9b, 0x71}};
 const UINT kTickMs = 100;
 const int kGridId = 1001, kRowsId = 101, kDeveloperId = 5016, kWebsiteId = 149;
-const int kPatienceTicks = 100;   // ten seconds for the dialog to appear
+const int kPatienceTicks = 100;  // ten seconds for the dialog to appear
 
 struct Script {
     HWND frame = nullptr;
@@ -17,7 +17,7 @@ struct Script {
     DialogScriptReport* report = nullptr;
     UINT_PTR timer = 0;
     int next = 0;
-    int typed = 0;          // characters of the current "type" step already sent
+    int typed = 0;  // characters of the current "type" step already sent
     DWORD waitUntil = 0;
     int idleTicks = 0;
     bool busy = false;
@@ -44,7 +44,8 @@ IAccessible* RowsOf(HWND dialog) {
     HWND grid = GetDlgItem(dialog, kGridId);
     HWND rows = grid ? GetDlgItem(grid, kRowsId) : nullptr;
     IAccessible* accessible = nullptr;
-    if (!rows || FAILED(AccessibleObjectFromWindow(rows, OBJID_CLIENT, kIAccessible, reinterpret_cast<void**>(&accessible))))
+    if (!rows ||
+        FAILED(AccessibleObjectFromWindow(rows, OBJID_CLIENT, kIAccessible, reinterpret_cast<void**>(&accessible))))
         return nullptr;
     return accessible;
 }
@@ -71,8 +72,10 @@ long FindRow(IAccessible* rows, const char* name) {
     for (long id = 1; id <= count; ++id) {
         BSTR text = nullptr;
         char narrow[512];
-        if (SUCCEEDED(rows->get_accName(Child(id), &text))) Narrow(text, narrow, sizeof narrow);
-        else narrow[0] = 0;
+        if (SUCCEEDED(rows->get_accName(Child(id), &text)))
+            Narrow(text, narrow, sizeof narrow);
+        else
+            narrow[0] = 0;
         SysFreeString(text);
         if (strcmp(narrow, name) == 0) return id;
     }
@@ -131,9 +134,11 @@ void NoteRows(IAccessible* rows) {
 }
 
 WPARAM KeyCode(const char* name) {
-    struct { const char* name; WPARAM key; } keys[] = {
-        {"space", VK_SPACE}, {"return", VK_RETURN}, {"escape", VK_ESCAPE}, {"delete", VK_DELETE},
-        {"tab", VK_TAB}, {"up", VK_UP}, {"down", VK_DOWN}, {"f4", VK_F4}};
+    struct {
+        const char* name;
+        WPARAM key;
+    } keys[] = {{"space", VK_SPACE}, {"return", VK_RETURN}, {"escape", VK_ESCAPE}, {"delete", VK_DELETE},
+                {"tab", VK_TAB},     {"up", VK_UP},         {"down", VK_DOWN},     {"f4", VK_F4}};
     for (const auto& k : keys)
         if (strcmp(k.name, name) == 0) return k.key;
     return 0;
@@ -156,8 +161,10 @@ bool SaveScreenRect(const RECT& area, const char* path) {
 
 void ClickButton(HWND dialog, int id) {
     HWND button = GetDlgItem(dialog, id);
-    if (button) PostMessageA(button, BM_CLICK, 0, 0);
-    else Fail("the dialog has no button ", id == IDOK ? "OK" : "Cancel");
+    if (button)
+        PostMessageA(button, BM_CLICK, 0, 0);
+    else
+        Fail("the dialog has no button ", id == IDOK ? "OK" : "Cancel");
     g_script.done = true;
 }
 
@@ -181,8 +188,10 @@ bool RunStep(HWND dialog, const char* step) {
     } else if (strcmp(verb, "key") == 0) {
         WPARAM key = KeyCode(arg);
         HWND focus = GetFocus();
-        if (!key) Fail("unknown key ", arg);
-        else if (!focus) Fail("no window has the focus for ", arg);
+        if (!key)
+            Fail("unknown key ", arg);
+        else if (!focus)
+            Fail("no window has the focus for ", arg);
         else {
             PostMessageA(focus, WM_KEYDOWN, key, 1);
             PostMessageA(focus, WM_KEYUP, key, 0xC0000001);
@@ -190,7 +199,8 @@ bool RunStep(HWND dialog, const char* step) {
     } else if (strcmp(verb, "type") == 0) {
         // One character per tick: the first may open an editor that takes the rest.
         if (arg[g_script.typed]) {
-            if (HWND focus = GetFocus()) PostMessageA(focus, WM_CHAR, static_cast<unsigned char>(arg[g_script.typed]), 1);
+            if (HWND focus = GetFocus())
+                PostMessageA(focus, WM_CHAR, static_cast<unsigned char>(arg[g_script.typed]), 1);
             ++g_script.typed;
             return false;
         }

@@ -19,14 +19,14 @@
 #include "msvc_freestanding.h"
 
 struct DialogScriptReport {
-    bool found = false;       // the dialog was seen
+    bool found = false;          // the dialog was seen
     bool frameDisabled = false;  // the frame was disabled while the dialog showed
-    bool failed = false;      // a step could not be carried out
+    bool failed = false;         // a step could not be carried out
     char failure[256] = {};
     char caption[256] = {};
     char developer[256] = {};
     char website[256] = {};
-    char* rows = nullptr;     // JSON array text of [name, value] pairs, or null (malloc'ed)
+    char* rows = nullptr;  // JSON array text of [name, value] pairs, or null (malloc'ed)
 };
 
 // Starts the timer; the steps run while frame's modal dialog is open. The

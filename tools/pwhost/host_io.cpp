@@ -79,8 +79,8 @@ bool SaveBitmapAsBmp(HBITMAP bitmap, const char* path) {
     for (UINT i = 0; i < header.biSizeImage; ++i) file.AppendByte(0);
 
     HDC screen = GetDC(nullptr);
-    int lines = GetDIBits(screen, bitmap, 0, height, file.data + pixelsAt,
-                          reinterpret_cast<BITMAPINFO*>(&header), DIB_RGB_COLORS);
+    int lines = GetDIBits(screen, bitmap, 0, height, file.data + pixelsAt, reinterpret_cast<BITMAPINFO*>(&header),
+                          DIB_RGB_COLORS);
     ReleaseDC(nullptr, screen);
     if (lines != height) return false;
     return WriteWholeFile(path, file.data, file.size);

@@ -45,23 +45,23 @@ public:
     void Flush();
     void FillBuffer(UINT bytesNeeded);
 
-    void* m_pDocument;         // 0x00
-    BOOL m_bForceFlat;         // 0x04
-    BOOL m_bDirectBuffer;      // 0x08
-    UINT m_nObjectSchema;      // 0x0C
-    CString m_strFileName;     // 0x10
-    BOOL m_nMode;              // 0x14
-    BOOL m_bUserBuf;           // 0x18
-    int m_nBufSize;            // 0x1C
-    CFile* m_pFile;            // 0x20
-    BYTE* m_lpBufCur;          // 0x24
-    BYTE* m_lpBufMax;          // 0x28
-    BYTE* m_lpBufStart;        // 0x2C
-    UINT m_nMapCount;          // 0x30
+    void* m_pDocument;             // 0x00
+    BOOL m_bForceFlat;             // 0x04
+    BOOL m_bDirectBuffer;          // 0x08
+    UINT m_nObjectSchema;          // 0x0C
+    CString m_strFileName;         // 0x10
+    BOOL m_nMode;                  // 0x14
+    BOOL m_bUserBuf;               // 0x18
+    int m_nBufSize;                // 0x1C
+    CFile* m_pFile;                // 0x20
+    BYTE* m_lpBufCur;              // 0x24
+    BYTE* m_lpBufMax;              // 0x28
+    BYTE* m_lpBufStart;            // 0x2C
+    UINT m_nMapCount;              // 0x30
     void* m_pLoadArrayOrStoreMap;  // 0x34
-    void* m_pSchemaMap;        // 0x38
-    int m_nGrowSize;           // 0x3C
-    int m_nHashSize;           // 0x40
+    void* m_pSchemaMap;            // 0x38
+    int m_nGrowSize;               // 0x3C
+    int m_nHashSize;               // 0x40
 };
 static_assert(sizeof(CArchive) == 0x44, "CArchive layout");
 
@@ -74,8 +74,8 @@ public:
 class CArchiveException : public CException {
 public:
     enum { none, generic, readOnly, endOfFile, writeOnly, badIndex, badClass, badSchema };
-    int m_cause;             // 0x08
-    CString m_strFileName;   // 0x0C
+    int m_cause;            // 0x08
+    CString m_strFileName;  // 0x0C
 };
 
 struct AFX_EXTENSION_MODULE {
@@ -90,7 +90,7 @@ class CDynLinkLibrary {
 public:
     CDynLinkLibrary(AFX_EXTENSION_MODULE& module, BOOL system);
     virtual ~CDynLinkLibrary();
-    BYTE m_cmdTarget[0x1C];   // CCmdTarget's members after its vptr
+    BYTE m_cmdTarget[0x1C];  // CCmdTarget's members after its vptr
     HMODULE m_hModule;
     HMODULE m_hResource;
     void* m_classList[2];

@@ -200,8 +200,10 @@ int CommandHtml(Plugin& plugin, int argc, char** argv) {
     const char* which = argv[0];
     if (strcmp(which, "body") == 0) {
         const char* context = "";
-        if (argc == 3 && strcmp(argv[1], "--publish") == 0) context = argv[2];
-        else if (argc != 1) return Usage("html body takes only --publish CONTEXT");
+        if (argc == 3 && strcmp(argv[1], "--publish") == 0)
+            context = argv[2];
+        else if (argc != 1)
+            return Usage("html body takes only --publish CONTEXT");
         CString html = o->GetHtml(context);
         fwrite(html.GetText(), 1, html.GetLength(), stdout);
     } else if (strcmp(which, "head") == 0 && argc == 1) {
@@ -215,7 +217,8 @@ int CommandHtml(Plugin& plugin, int argc, char** argv) {
         HMODULE stand_in = GetModuleHandleA("pwhtmlfile_double.dll");
         using LoadedFn = const char* (*)(int*);
         auto loaded = stand_in ? reinterpret_cast<LoadedFn>(GetProcAddress(stand_in, "HtmlDoubleLoaded")) : nullptr;
-        if (!loaded) return Fail("no design view HTML: the plug-in rendered no snapshot with the htmlfile stand-in", "");
+        if (!loaded)
+            return Fail("no design view HTML: the plug-in rendered no snapshot with the htmlfile stand-in", "");
         int length = 0;
         const char* page = loaded(&length);
         fwrite(page, 1, static_cast<size_t>(length), stdout);
@@ -386,8 +389,8 @@ int CommandProperties(Plugin& plugin, int stepCount, char** steps) {
     frameClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
     RegisterClassA(&frameClass);
     g_shownObject = plugin.object;
-    HWND frame = CreateWindowExA(0, "PwHostFrame", "pwhost", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 640,
-                                 nullptr, nullptr, frameClass.hInstance, nullptr);
+    HWND frame = CreateWindowExA(0, "PwHostFrame", "pwhost", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 640, nullptr,
+                                 nullptr, frameClass.hInstance, nullptr);
     if (!frame) return Fail("cannot create the host window");
     UpdateWindow(frame);
     // "publish OUTPUT" is no dialog step: it runs CopyFiles afterwards.

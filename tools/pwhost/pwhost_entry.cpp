@@ -21,8 +21,8 @@ FILE* __cdecl __acrt_iob_func(unsigned index) { return MsvcrtStreams() + index; 
 }
 
 static LONG WINAPI ReportCrash(EXCEPTION_POINTERS* info) {
-    fprintf(stderr, "pwhost: crashed with exception 0x%08lx at %p\n",
-            info->ExceptionRecord->ExceptionCode, info->ExceptionRecord->ExceptionAddress);
+    fprintf(stderr, "pwhost: crashed with exception 0x%08lx at %p\n", info->ExceptionRecord->ExceptionCode,
+            info->ExceptionRecord->ExceptionAddress);
     fflush(stderr);
     ExitProcess(70);
     return EXCEPTION_EXECUTE_HANDLER;

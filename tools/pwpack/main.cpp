@@ -29,9 +29,10 @@ std::string AsCppSource(const std::string& bytes) {
         out += ',';
     }
     out += "\n    0x00};\n}  // namespace\n\n";
-    out += "std::string_view BuiltinDefinition() {\n"
-           "    return std::string_view(reinterpret_cast<const char*>(kDefinition), " +
-           std::to_string(bytes.size()) + ");\n}\n";
+    out +=
+        "std::string_view BuiltinDefinition() {\n"
+        "    return std::string_view(reinterpret_cast<const char*>(kDefinition), " +
+        std::to_string(bytes.size()) + ");\n}\n";
     return out;
 }
 

@@ -24,8 +24,8 @@ TEST(BuiltinDefinition, StyleSheetFollowsItsLineFormat) {
     CXmlDocument document;
     document.Parse(std::string(BuiltinDefinition()));
     std::string css = PayloadFile(document, "slidewave.css");
-    const char* selectors[] = {"#images", "#images img", "#loading", "#loading img",
-                               "#captions", "#scrollbar", "#slider", "#slidewave"};
+    const char* selectors[] = {"#images",   "#images img", "#loading", "#loading img",
+                               "#captions", "#scrollbar",  "#slider",  "#slidewave"};
     std::size_t at = 0;
     for (const char* selector : selectors) {
         std::string rule = std::string(selector) + "\r\n{\r\n   ";

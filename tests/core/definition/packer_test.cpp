@@ -87,8 +87,8 @@ TEST(Pack, WithinABucketTheFirstListedAttributeIsWrittenFirst) {
 }
 
 TEST(Pack, TheThreeValueFormsAndBlankHandling) {
-    std::string xml = Pack("# comment\n\n[EXTENSION]\n  a =\n  b = two  words \n  c << t.txt\n  d < t.txt\n",
-                           {{"t.txt", "x\r\ny"}});
+    std::string xml =
+        Pack("# comment\n\n[EXTENSION]\n  a =\n  b = two  words \n  c << t.txt\n  d < t.txt\n", {{"t.txt", "x\r\ny"}});
     CXmlDocument document;
     document.Parse(xml);
     CXmlElement* root = document.GetRoot();

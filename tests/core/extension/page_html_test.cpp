@@ -34,8 +34,7 @@ TEST(PageHtml, SnapshotHookRunsOnlyForDesignViewUpdatesWithRenderMethodTwo) {
 }
 
 TEST(PageHtml, GetHtmlLeavesThePublishedFormInTheCache) {
-    std::string text =
-        Definition().Body("$f$").Categories({{"G", {{"$f$", "3", "C:\\a\\b.gif"}}}}).Text();
+    std::string text = Definition().Body("$f$").Categories({{"G", {{"$f$", "3", "C:\\a\\b.gif"}}}}).Text();
     CExtensionEngine engine(text, {});
     EXPECT_EQ(engine.GetHtml(nullptr), "b.gif");
     EXPECT_EQ(engine.GetHtmlCache(), "b.gif");

@@ -22,9 +22,7 @@ std::string Record(std::int32_t id, const CHashedStringMap& values) {
     return sink.Bytes();
 }
 
-std::string Body() {
-    return Definition().Body("<p>$t$</p>").Categories({{"G", {{"$t$", "2", "default"}}}}).Text();
-}
+std::string Body() { return Definition().Body("<p>$t$</p>").Categories({{"G", {{"$t$", "2", "default"}}}}).Text(); }
 
 }  // namespace
 
@@ -47,13 +45,15 @@ TEST(ProjectRecord, StringLengthPrefixesGrowAtTheirLimits) {
         std::size_t length;
         std::string prefix;
     };
-    for (const Case& c : {Case{254, Bytes({254})}, Case{255, Bytes({0xFF, 0xFF, 0})},
-                          Case{65533, Bytes({0xFF, 0xFD, 0xFF})}, Case{65534, Bytes({0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0, 0})},
-                          Case{70000, Bytes({0xFF, 0xFF, 0xFF, 0x70, 0x11, 1, 0})}}) {
+    for (const Case& c :
+         {Case{254, Bytes({254})}, Case{255, Bytes({0xFF, 0xFF, 0})}, Case{65533, Bytes({0xFF, 0xFD, 0xFF})},
+          Case{65534, Bytes({0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0, 0})},
+          Case{70000, Bytes({0xFF, 0xFF, 0xFF, 0x70, 0x11, 1, 0})}}) {
         CHashedStringMap values;
         values.Set("$k$", std::string(c.length, 'v'));
         std::string record = Record(1, values);
-        std::string expected = Bytes({100, 0, 0, 0, 1, 0, 0, 0, 1, 0, 3}) + "$k$" + c.prefix + std::string(c.length, 'v');
+        std::string expected =
+            Bytes({100, 0, 0, 0, 1, 0, 0, 0, 1, 0, 3}) + "$k$" + c.prefix + std::string(c.length, 'v');
         EXPECT_EQ(record, expected) << c.length;
 
         ProjectRecord read;

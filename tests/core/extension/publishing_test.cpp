@@ -16,11 +16,9 @@ const std::string kBinary("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff", 17);
 
 std::string Gallery() {
     return Definition()
-        .Categories({{"General",
-                      {{"$images$", "6", ""},
-                       {"$color$", "1", "#000000", "0"},
-                       {"$logo$", "3", ""},
-                       {"$size$", "5", "10"}}}})
+        .Categories(
+            {{"General",
+              {{"$images$", "6", ""}, {"$color$", "1", "#000000", "0"}, {"$logo$", "3", ""}, {"$size$", "5", "10"}}}})
         .Files({{"style.css", "a { color:$color$; font-size:$size$; x:$LEFT$ }", true},
                 {"raw.css", "a { color:$color$ }", false},
                 {"slider.png", kBinary},

@@ -34,9 +34,7 @@ protected:
     std::string DefinitionText(const std::string& body) {
         return Definition()
             .Body(body)
-            .Categories({{"General",
-                          {{"$images$", "6", "", "", "S[$flag$]"},
-                           {"$flag$", "0", "false"}}}})
+            .Categories({{"General", {{"$images$", "6", "", "", "S[$flag$]"}, {"$flag$", "0", "false"}}}})
             .Text();
     }
     testdef::RecordingTransformer xslt;
@@ -130,7 +128,8 @@ TEST(Substitution, ValuesThatDoubleTheTextStopAtTheSizeLimit) {
     // gigabytes of text.
     std::vector<testdef::Property> chain;
     for (int i = 0; i < 30; ++i)
-        chain.push_back({"$v" + std::to_string(i) + "$", "2", "$v" + std::to_string(i + 1) + "$$v" + std::to_string(i + 1) + "$"});
+        chain.push_back(
+            {"$v" + std::to_string(i) + "$", "2", "$v" + std::to_string(i + 1) + "$$v" + std::to_string(i + 1) + "$"});
     CExtensionEngine engine(Definition().Body("<p>$v0$</p>").Categories({{"G", chain}}).Text(), {});
     EXPECT_TRUE(engine.ExceededSizeLimit());
     EXPECT_LE(engine.GetHtmlCache().size(), CExtensionEngine::kMaxSubstitutedText);
@@ -140,8 +139,8 @@ TEST(Substitution, ValuesThatDoubleTheTextStopAtTheSizeLimit) {
 
 TEST(Substitution, ReadsTheDefinitionTextNotLaterTreeChanges) {
     CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "original"}}}}).Text(), {});
-    CXmlElement* property = engine.GetDefinition().GetRoot()->FindChild("PROPERTIES")->FindChild("CATEGORY")
-                                ->FindChild("PROPERTY");
+    CXmlElement* property =
+        engine.GetDefinition().GetRoot()->FindChild("PROPERTIES")->FindChild("CATEGORY")->FindChild("PROPERTY");
     property->GetAttributes().Set("value", "changed");
     EXPECT_EQ(Substituted(engine, "$x$"), "original");
 }

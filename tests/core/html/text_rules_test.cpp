@@ -86,13 +86,18 @@ TEST(GalleryList, PrefixesFileNamesWithThePageContext) {
 TEST(GalleryList, PublishedNamesAreUrlsThatStayInTheImageFolder) {
     // The name is what follows the last '\\' or '/'; "." and ".." are none.
     // What a URL cannot carry as it is, is percent-encoded from UTF-8.
-    std::string list = WriteImageList({{"C:\\x\\y\\../../pic.jpg"}, {"/home/u/caf\xc3\xa9 #1?.jpg"},
-                                       {"d:\\100%+a&b=c.png"}, {"C:\\pics\\.."}, {"C:\\\xe9t\xe9.jpg"}});
+    std::string list = WriteImageList({{"C:\\x\\y\\../../pic.jpg"},
+                                       {"/home/u/caf\xc3\xa9 #1?.jpg"},
+                                       {"d:\\100%+a&b=c.png"},
+                                       {"C:\\pics\\.."},
+                                       {"C:\\\xe9t\xe9.jpg"}});
     auto latin1 = [](std::string_view name) {
         std::string utf8;
         for (unsigned char c : name) {
-            if (c < 0x80) utf8 += static_cast<char>(c);
-            else utf8 += {static_cast<char>(0xC0 | (c >> 6)), static_cast<char>(0x80 | (c & 0x3F))};
+            if (c < 0x80)
+                utf8 += static_cast<char>(c);
+            else
+                utf8 += {static_cast<char>(0xC0 | (c >> 6)), static_cast<char>(0x80 | (c & 0x3F))};
         }
         return utf8;
     };
@@ -124,16 +129,16 @@ TEST(GalleryList, RenamesTheRootAndAddsMissingFileNames) {
 
 TEST(StylesheetSafety, RefusesWhatCouldReadFilesOrReachTheNetwork) {
     const std::string head = "<xsl:stylesheet xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\" version=\"1.0\">";
-    for (const char* body : {"<xsl:template match='/'><img src='{FILENAME}' alt='a documented (sic) picture'/></xsl:template>",
-                             "<xsl:template match='/'><xsl:for-each select=\"GALLERY/IMAGE\"/></xsl:template>"})
+    for (const char* body :
+         {"<xsl:template match='/'><img src='{FILENAME}' alt='a documented (sic) picture'/></xsl:template>",
+          "<xsl:template match='/'><xsl:for-each select=\"GALLERY/IMAGE\"/></xsl:template>"})
         EXPECT_FALSE(StylesheetReachesOutside(head + body + "</xsl:stylesheet>")) << body;
-    for (const char* body : {"<xsl:value-of select=\"document('file:///etc/passwd')\"/>",
-                             "<xsl:copy-of select=\"DOCUMENT\n ('http://127.0.0.1/')\"/>",
-                             "<xsl:value-of select=\"docu&#109;ent&#x28;'x')\"/>",
-                             "<xsl:import href='other.xsl'/>", "<x:include href='o.xsl'/>",
-                             "<import xmlns='http://www.w3.org/1999/XSL/Transform' href='o.xsl'/>",
-                             "<exsl:document href='out.html'/>",
-                             "<ms:script xmlns:ms='urn:schemas-microsoft-com:xslt'>x</ms:script>"})
+    for (const char* body :
+         {"<xsl:value-of select=\"document('file:///etc/passwd')\"/>",
+          "<xsl:copy-of select=\"DOCUMENT\n ('http://127.0.0.1/')\"/>",
+          "<xsl:value-of select=\"docu&#109;ent&#x28;'x')\"/>", "<xsl:import href='other.xsl'/>",
+          "<x:include href='o.xsl'/>", "<import xmlns='http://www.w3.org/1999/XSL/Transform' href='o.xsl'/>",
+          "<exsl:document href='out.html'/>", "<ms:script xmlns:ms='urn:schemas-microsoft-com:xslt'>x</ms:script>"})
         EXPECT_TRUE(StylesheetReachesOutside(head + body + "</xsl:stylesheet>")) << body;
     EXPECT_TRUE(StylesheetReachesOutside("<!DOCTYPE x [<!ENTITY e SYSTEM 'file:///etc/passwd'>]>" + head));
     EXPECT_TRUE(DeclaresDocumentType("<?xml?><!doctype GALLERY SYSTEM 'http://x/'><GALLERY/>"));

@@ -52,18 +52,17 @@ TEST(LibxsltTransformer, TextThatIsNotXmlGivesTheEmptyText) {
     EXPECT_EQ(xslt->Transform("", testdef::kListingStylesheet), "");
     EXPECT_EQ(xslt->Transform("not xml <", testdef::kListingStylesheet), "");
     EXPECT_EQ(xslt->Transform("<GALLERY/>", "not a style sheet"), "");
-    EXPECT_EQ(xslt->Transform("<GALLERY/>", "<xsl:stylesheet xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\" "
-                                            "version=\"1.0\"><xsl:template match=\"/\"><xsl:value-of "
-                                            "select=\"no-such-function()\"/></xsl:template></xsl:stylesheet>"),
+    EXPECT_EQ(xslt->Transform("<GALLERY/>",
+                              "<xsl:stylesheet xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\" "
+                              "version=\"1.0\"><xsl:template match=\"/\"><xsl:value-of "
+                              "select=\"no-such-function()\"/></xsl:template></xsl:stylesheet>"),
               "");
 }
 
 TEST(LibxsltTransformer, NeitherReadsNorWritesFiles) {
     const char* secret = "pw-xslt-secret.xml";
     const char* written = "pw-xslt-written.txt";
-    {
-        std::ofstream(secret) << "<secret>leaked</secret>";
-    }
+    { std::ofstream(secret) << "<secret>leaked</secret>"; }
     auto xslt = Transformer();
     std::string reading =
         "<xsl:stylesheet xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\" version=\"1.0\">"

@@ -18,8 +18,8 @@ struct Decoded {
 Decoded Decode(std::string_view text, int capacity, std::size_t bufferSize) {
     std::string buffer(bufferSize, '\0');
     int length = capacity;
-    bool ok = Base64Decode(text.data(), static_cast<int>(text.size()),
-                           reinterpret_cast<unsigned char*>(buffer.data()), &length);
+    bool ok = Base64Decode(text.data(), static_cast<int>(text.size()), reinterpret_cast<unsigned char*>(buffer.data()),
+                           &length);
     return {ok, length, buffer};
 }
 

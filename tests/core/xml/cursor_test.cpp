@@ -35,8 +35,8 @@ TEST_F(Cursor, MissingChildEndsTheCursor) {
 }
 
 TEST_F(Cursor, FindInTheMiddleOfAWalkMovesThatWalk) {
-    root()->GetFirstChild();                 // A, cursor at b
-    root()->FindChild("C");                  // cursor ends (C is last)
+    root()->GetFirstChild();  // A, cursor at b
+    root()->FindChild("C");   // cursor ends (C is last)
     EXPECT_EQ(root()->GetNextChild(), nullptr);
     root()->GetFirstChild();
     CXmlElement* c = root()->FindChild("c");

@@ -6,7 +6,6 @@
 
 namespace {
 
-
 TEST(TreeEditing, AddChildTrimsNamesAndLeavesParentNull) {
     CXmlDocument doc;
     CXmlElement* c = doc.AddChild(doc.GetRoot(), "  NAME \t", std::string_view("a<b"), std::nullopt);

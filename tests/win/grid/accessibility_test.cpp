@@ -47,7 +47,7 @@ TEST_F(GridAccessibility, RowsAreChildrenWithNameValueAndDescription) {
     EXPECT_EQ(TakeBstr(text), "The caption.");
     VARIANT role;
     ASSERT_EQ(m_acc->get_accRole(Child(1), &role), S_OK);
-    EXPECT_EQ(role.lVal, ROLE_SYSTEM_OUTLINEITEM);   // a category
+    EXPECT_EQ(role.lVal, ROLE_SYSTEM_OUTLINEITEM);  // a category
     EXPECT_EQ(m_acc->get_accName(Child(99), &text), E_INVALIDARG);
 }
 

@@ -55,16 +55,16 @@ std::unique_ptr<Cell> RoundTrip(Cell& original) {
 }  // namespace
 
 TEST(GridCellClass, CreatesEveryToolkitCellByName) {
-    for (const char* name : {"CExtGridCellString", "CExtGridCellPassword", "CExtGridCellHeader", "CExtGridCellBool",
-                             "CExtGridCellColor", "CExtGridCellFile", "CExtGridCellFolder", "CExtGridCellComboBox",
-                             "CExtGridCellDropListComboBox", "CExtGridCellFontName", "CExtGridCellVariant",
-                             "CExtGridCellUpDown"}) {
+    for (const char* name :
+         {"CExtGridCellString", "CExtGridCellPassword", "CExtGridCellHeader", "CExtGridCellBool", "CExtGridCellColor",
+          "CExtGridCellFile", "CExtGridCellFolder", "CExtGridCellComboBox", "CExtGridCellDropListComboBox",
+          "CExtGridCellFontName", "CExtGridCellVariant", "CExtGridCellUpDown"}) {
         std::unique_ptr<CExtGridCell> cell(CExtGridCellClass::CreateCell(name));
         ASSERT_NE(cell, nullptr) << name;
         EXPECT_STREQ(cell->GetCellClass().name, name);
     }
     EXPECT_EQ(CExtGridCellClass::CreateCell("CExtGridCellNoSuchThing"), nullptr);
-    EXPECT_EQ(CExtGridCellClass::CreateCell("cextgridcellstring"), nullptr);   // names are exact
+    EXPECT_EQ(CExtGridCellClass::CreateCell("cextgridcellstring"), nullptr);  // names are exact
 }
 
 TEST(GridCellClass, KindFollowsTheBaseChain) {
@@ -82,7 +82,7 @@ TEST(GridCellValue, ActiveCellIsCreatedOnceAndKeepsItsValueWhenTheClassChanges) 
     CExtGridCell* first = value.ValueActiveGetByClassName("CExtGridCellString");
     ASSERT_NE(first, nullptr);
     first->SetText("abc");
-    EXPECT_EQ(value.ValueActiveGetByRTC<CExtGridCellString>(), first);   // same class: same cell
+    EXPECT_EQ(value.ValueActiveGetByRTC<CExtGridCellString>(), first);  // same class: same cell
     CExtGridCellFile* file = value.ValueActiveGetByRTC<CExtGridCellFile>();
     EXPECT_EQ(file->GetText(), "abc");
     EXPECT_EQ(value.ValueActiveGetByClassName("Unknown"), nullptr);
@@ -118,7 +118,7 @@ TEST(GridCellCopy, CopyFromAnotherClassTakesOnlyTheCommonPart) {
     color.SetCustomColorCaption("Other...");
     color.Assign(plain);
     EXPECT_TRUE(color.IsReadOnly());
-    EXPECT_EQ(color.GetColor(), RGB(1, 2, 3));          // its own data stays
+    EXPECT_EQ(color.GetColor(), RGB(1, 2, 3));  // its own data stays
     EXPECT_EQ(color.GetCustomColorCaption(), "Other...");
 }
 
@@ -213,7 +213,7 @@ TEST(GridColorCell, TextFormAndValidation) {
     EXPECT_EQ(cell.GetText(), "#00FF00");
     EXPECT_TRUE(cell.ValidateText("#0000ff"));
     EXPECT_FALSE(cell.ValidateText("blue"));
-    cell.SetText("blue");   // refused text leaves the colour alone
+    cell.SetText("blue");  // refused text leaves the colour alone
     EXPECT_EQ(cell.GetColor(), RGB(0, 255, 0));
     cell.EnableAutomatic(true, RGB(0, 255, 0));
     EXPECT_EQ(cell.GetDisplayText(), "Automatic");
@@ -226,14 +226,14 @@ TEST(GridComboCell, SelectionFollowsTheTextAndListBoundRefusesOthers) {
     for (const char* s : {"6", "10", "12", "10"}) cell.AddString(s);
     cell.SetText("10");
     EXPECT_EQ(cell.GetCurSel(), 1);
-    cell.SetCurSel(3);                 // the second "10" stays selected when the text is set again
+    cell.SetCurSel(3);  // the second "10" stays selected when the text is set again
     cell.SetText("10");
     EXPECT_EQ(cell.GetCurSel(), 3);
     cell.SetText("13");
     EXPECT_EQ(cell.GetCurSel(), -1);
     EXPECT_EQ(cell.GetSelectedText(), "");
     EXPECT_EQ(cell.GetText(), "13");
-    EXPECT_TRUE(cell.ValidateText("13"));   // free text while not list-bound
+    EXPECT_TRUE(cell.ValidateText("13"));  // free text while not list-bound
     cell.SetListBound(true);
     EXPECT_FALSE(cell.ValidateText("13"));
     EXPECT_FALSE(cell.ValidateText("010"));
@@ -280,7 +280,7 @@ TEST(GridUpDownCell, StepsOnlyWhereTheHooksAllow) {
     cell.SetInt32(0);
     EXPECT_FALSE(cell.StepDown());
     EXPECT_EQ(cell.GetInt32(), 0);
-    cell.SetText("150");   // typed text is not clamped by the hooks
+    cell.SetText("150");  // typed text is not clamped by the hooks
     EXPECT_EQ(cell.GetInt32(), 150);
     EXPECT_FALSE(cell.StepUp());
     EXPECT_TRUE(cell.StepDown());

@@ -66,7 +66,7 @@ TEST_F(GridInDialog, TakesThePlaceAndIdOfThePlaceholder) {
 }
 
 TEST_F(GridInDialog, EnterOnARowEditsAndEnterInTheEditorCommitsWithoutOk) {
-    DialogRows().FocusSet(1);   // Title
+    DialogRows().FocusSet(1);  // Title
     DialogKey(DialogRows().GetHwnd(), VK_RETURN);
     ASSERT_TRUE(DialogRows().IsEditing());
     SetWindowTextA(DialogRows().EditorHwnd(), "Typed");
@@ -85,7 +85,7 @@ TEST_F(GridInDialog, EscInTheEditorCancelsTheEditNotTheDialog) {
     DialogKey(DialogRows().EditorHwnd(), VK_ESCAPE);
     EXPECT_FALSE(DialogRows().IsEditing());
     EXPECT_TRUE(g_commands.empty());
-    DialogKey(DialogRows().GetHwnd(), VK_ESCAPE);   // no editor: the dialog hears it
+    DialogKey(DialogRows().GetHwnd(), VK_ESCAPE);  // no editor: the dialog hears it
     EXPECT_EQ(g_commands, (std::vector<int>{IDCANCEL}));
 }
 

@@ -18,6 +18,7 @@ class ScriptedFileCell : public CExtGridCellFile {
 public:
     bool confirm = true;
     std::string answer;
+
 protected:
     bool RunBrowseDialog(HWND, std::string* path) override {
         if (confirm) *path = answer;
@@ -28,6 +29,7 @@ protected:
 class ScriptedColorCell : public CExtGridCellColor {
 public:
     COLORREF answer = RGB(1, 2, 3);
+
 protected:
     bool RunColorDialog(HWND, COLORREF* color) override {
         *color = answer;
@@ -67,7 +69,7 @@ TEST_F(GridEditing, F2EditsTextAndEnterCompletesInput) {
     EXPECT_FALSE(Rows().IsEditing());
     EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "World");
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "World");
-    EXPECT_TRUE(Value("Title")->IsModified());     // painted bold from now on
+    EXPECT_TRUE(Value("Title")->IsModified());  // painted bold from now on
 }
 
 TEST_F(GridEditing, EscCancelsAndAnUnchangedTextRaisesNothing) {
@@ -143,13 +145,13 @@ TEST_F(GridEditing, BooleanTogglesBySpaceDoubleClickAndItsBox) {
     Char(' ');
     EXPECT_TRUE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
     ExpectOneEvent(PGN_VALUEAPPLIED, "Enabled", "true");
-    ClickAt(ValuePoint("Enabled", 10));              // on the box
+    ClickAt(ValuePoint("Enabled", 10));  // on the box
     EXPECT_FALSE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
-    ClickAt(ValuePoint("Enabled", 150));             // beside it: selects only
+    ClickAt(ValuePoint("Enabled", 150));  // beside it: selects only
     EXPECT_FALSE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
     RECT row;
     Rows().GetRowRect(RowOf("Enabled"), &row);
-    ClickAt({40, (row.top + row.bottom) / 2}, true);   // double click on the name
+    ClickAt({40, (row.top + row.bottom) / 2}, true);  // double click on the name
     EXPECT_TRUE(CellOf<CExtGridCellBool>("Enabled")->GetChecked());
     EXPECT_EQ(m_ctrl->hooks.size(), 3u);
     EXPECT_EQ(ParentEvents().size(), 3u);
@@ -160,7 +162,7 @@ TEST_F(GridEditing, ListBoundComboRefusesTextThatIsNoEntry) {
     Key(VK_F2);
     ASSERT_TRUE(Rows().IsEditing());
     Enter("13");
-    EXPECT_TRUE(Rows().IsEditing());                 // refused: the editor stays
+    EXPECT_TRUE(Rows().IsEditing());  // refused: the editor stays
     EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetText(), "10");
     Enter("12");
     EXPECT_FALSE(Rows().IsEditing());
@@ -185,7 +187,8 @@ TEST_F(GridEditing, PickingFromTheDropDownAppliesTheEntry) {
     HWND combo = GetParent(Rows().EditorHwnd()) == RowsHwnd() ? Rows().EditorHwnd() : GetParent(Rows().EditorHwnd());
     EXPECT_TRUE(SendMessageA(combo, CB_GETDROPPEDSTATE, 0, 0));
     SendMessageA(combo, CB_SETCURSEL, 2, 0);
-    SendMessageA(RowsHwnd(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELENDOK), reinterpret_cast<LPARAM>(combo));
+    SendMessageA(RowsHwnd(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELENDOK),
+                 reinterpret_cast<LPARAM>(combo));
     EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Right");
     EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetCurSel(), 2);
     ExpectOneEvent(PGN_VALUEAPPLIED, "Align", "Right");
@@ -198,7 +201,7 @@ TEST_F(GridEditing, TypingOnADropListPicksTheNextEntryWithThatLetter) {
     EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Right");
     Char('c');
     EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
-    Char('z');                                       // no entry: nothing changes
+    Char('z');  // no entry: nothing changes
     EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
     EXPECT_EQ(m_ctrl->hooks.size(), 2u);
 }
@@ -213,9 +216,9 @@ TEST_F(GridEditing, DoubleClickOnAListStepsToTheNextEntry) {
 }
 
 TEST_F(GridEditing, ColourPopupPicksAPaletteColourByKeyboard) {
-    Focus("Color");                                  // black: the palette's first colour
+    Focus("Color");  // black: the palette's first colour
     for (WPARAM key : {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
-    Rows().ClickButton(0);                           // returns when the popup closes
+    Rows().ClickButton(0);  // returns when the popup closes
     EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), CExtColorPopup::Palette()[1 + 8]);
     ExpectOneEvent(PGN_VALUEAPPLIED, "Color", FormatColorText(CExtColorPopup::Palette()[9]));
     EXPECT_EQ(CExtColorPopup::ActiveWindow(), nullptr);
@@ -257,7 +260,7 @@ TEST_F(GridEditing, ColourPopupOffersAutomaticOnlyWhenSwitchedOn) {
     cell->SetColor(RGB(0, 0, 0));
     for (WPARAM key : {VK_RIGHT, VK_UP, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
     Rows().ClickButton(0);
-    EXPECT_EQ(cell->GetColor(), RGB(0, 0, 0));       // Up stays in the palette: black again
+    EXPECT_EQ(cell->GetColor(), RGB(0, 0, 0));  // Up stays in the palette: black again
 }
 
 TEST_F(GridEditing, FileButtonCompletesInputOnlyWhenTheDialogIsConfirmed) {
@@ -289,7 +292,7 @@ TEST_F(GridEditing, UpDownStepsByButtonsAndArrowsAndRespectsItsHooks) {
     RECT up = Rows().GetButtonRect(RowOf("Count"), 0);
     ClickAt({(up.left + up.right) / 2, (up.top + up.bottom) / 2});
     EXPECT_EQ(cell->GetInt32(), 6);
-    ClickAt({(up.left + up.right) / 2, (up.top + up.bottom) / 2});   // at the bound: nothing
+    ClickAt({(up.left + up.right) / 2, (up.top + up.bottom) / 2});  // at the bound: nothing
     EXPECT_EQ(cell->GetInt32(), 6);
     ExpectOneEvent(PGN_VALUEAPPLIED, "Count", "6");
     Key(VK_F2);
@@ -373,11 +376,11 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
         }
     }
     Focus("Face");
-    Rows().ClickButton(0);                           // the list drops in the in-place combo box
+    Rows().ClickButton(0);  // the list drops in the in-place combo box
     ASSERT_TRUE(Rows().IsEditing());
     HWND combo = GetParent(Rows().EditorHwnd());
     EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), static_cast<LRESULT>(faces.size()));
-    EXPECT_TRUE(GetWindowLongA(combo, GWL_STYLE) & CBS_OWNERDRAWFIXED);   // entries drawn in their face
+    EXPECT_TRUE(GetWindowLongA(combo, GWL_STYLE) & CBS_OWNERDRAWFIXED);  // entries drawn in their face
     // The grid paints a selected entry on the highlight colour.
     test_pictures::Surface surface(200, 20);
     DRAWITEMSTRUCT dis{};
@@ -411,7 +414,7 @@ TEST_F(GridEditing, TypingIntoAComboKeepsEveryCharacter) {
 
 TEST_F(GridEditing, ResetPutsBackTheFirstValueAndCompletesInput) {
     Focus("Title");
-    EXPECT_FALSE(m_ctrl->IsCommandEnabled(CExtPropertyGridCtrl::kCommandReset));   // nothing changed yet
+    EXPECT_FALSE(m_ctrl->IsCommandEnabled(CExtPropertyGridCtrl::kCommandReset));  // nothing changed yet
     CellOf<CExtGridCellString>("Title")->SetText("Changed");
     EXPECT_TRUE(m_ctrl->IsCommandEnabled(CExtPropertyGridCtrl::kCommandReset));
     m_ctrl->ExecuteCommand(CExtPropertyGridCtrl::kCommandReset);
@@ -432,5 +435,5 @@ TEST_F(GridEditing, RightClickFocusesTheRowTheMenuWillActOn) {
     RECT rows, ctrl;
     GetWindowRect(RowsHwnd(), &rows);
     GetWindowRect(m_ctrl->GetHwnd(), &ctrl);
-    EXPECT_GE(rows.bottom, ctrl.bottom - 2);         // the rows take the tip bar's place
+    EXPECT_GE(rows.bottom, ctrl.bottom - 2);  // the rows take the tip bar's place
 }

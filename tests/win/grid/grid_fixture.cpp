@@ -50,8 +50,8 @@ void GridFixture::SetUp() {
     ParentEvents().clear();
     // The frame stays hidden: Wine takes seconds to destroy a shown window,
     // and messages drive the grid all the same.
-    m_frame = CreateWindowExA(0, "PwGridTestFrame", "grid test", WS_OVERLAPPEDWINDOW, 10, 10, 420, 520,
-                              nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    m_frame = CreateWindowExA(0, "PwGridTestFrame", "grid test", WS_OVERLAPPEDWINDOW, 10, 10, 420, 520, nullptr,
+                              nullptr, GetModuleHandleA(nullptr), nullptr);
     ASSERT_NE(m_frame, nullptr);
     m_ctrl = new RecordingGridCtrl();
     m_ctrl->PaintManager().SetDpi(96);

@@ -21,9 +21,9 @@
 #include "grid/property_grid_ctrl.h"
 
 struct GridEvent {
-    UINT code;            // PGN_INPUTCOMPLETE or PGN_VALUEAPPLIED
-    std::string name;     // the item's name
-    std::string text;     // the cell's text at that moment
+    UINT code;         // PGN_INPUTCOMPLETE or PGN_VALUEAPPLIED
+    std::string name;  // the item's name
+    std::string text;  // the cell's text at that moment
 };
 // Everything that reached a fixture's parent window as WM_NOTIFY.
 std::vector<GridEvent>& GridFixtureEvents();
@@ -54,7 +54,7 @@ protected:
     std::vector<std::string> RowNames();
     int RowOf(const std::string& name);
 
-    void Key(WPARAM key, HWND target = nullptr);   // key down (and up) to the rows or target
+    void Key(WPARAM key, HWND target = nullptr);  // key down (and up) to the rows or target
     void Char(char ch, HWND target = nullptr);
     void ClickAt(POINT client, bool doubleClick = false);
     POINT ValuePoint(const std::string& name, int dx = 20);

@@ -14,7 +14,7 @@ TEST_F(GridNavigation, ShowsCategoriesWithTheirValuesInStoreOrder) {
 TEST_F(GridNavigation, ArrowsPagesHomeAndEndMoveTheFocus) {
     Rows().FocusSet(0);
     // Down at the last row and Up at the first stay; the whole store fits in one page.
-    const std::pair<WPARAM, int> steps[] = {{VK_DOWN, 1}, {VK_END, 8}, {VK_DOWN, 8}, {VK_HOME, 0},
+    const std::pair<WPARAM, int> steps[] = {{VK_DOWN, 1}, {VK_END, 8},  {VK_DOWN, 8}, {VK_HOME, 0},
                                             {VK_UP, 0},   {VK_NEXT, 8}, {VK_PRIOR, 0}};
     for (const auto& [key, row] : steps) {
         Key(key);
@@ -30,14 +30,14 @@ TEST_F(GridNavigation, PageKeysMoveByAPageWhenTheRowsDoNotFit) {
     Key(VK_NEXT);
     EXPECT_EQ(Rows().FocusGet(), page - 1);
     Key(VK_END);
-    EXPECT_GT(Rows().GetTopRow(), 0);   // scrolled so that the focus row shows
+    EXPECT_GT(Rows().GetTopRow(), 0);  // scrolled so that the focus row shows
     EXPECT_GE(8, Rows().GetTopRow() + page - 1);
 }
 
 TEST_F(GridNavigation, PlusMinusAndArrowsExpandAndCollapseCategories) {
     Rows().FocusSet(0);
     Key(VK_SUBTRACT);
-    Char('-');                          // the key's character must not edit anything
+    Char('-');  // the key's character must not edit anything
     EXPECT_EQ(RowNames(), (Names{"Look", "Behavior", "Enabled", "Count", "Path"}));
     Key(VK_ADD);
     Char('+');
@@ -46,9 +46,9 @@ TEST_F(GridNavigation, PlusMinusAndArrowsExpandAndCollapseCategories) {
     EXPECT_EQ(Rows().RowCount(), 5);
     Key(VK_RIGHT);
     EXPECT_EQ(Rows().RowCount(), 9);
-    Key(VK_RIGHT);                      // already open: go to the first child
+    Key(VK_RIGHT);  // already open: go to the first child
     EXPECT_EQ(Rows().FocusItem()->NameGet(), "Title");
-    Key(VK_LEFT);                       // a value goes back to its category
+    Key(VK_LEFT);  // a value goes back to its category
     EXPECT_EQ(Rows().FocusItem()->NameGet(), "Look");
 }
 
@@ -65,9 +65,9 @@ TEST_F(GridNavigation, MouseSelectsRowsAndTogglesCategories) {
     EXPECT_EQ(Rows().FocusItem()->NameGet(), "Count");
     RECT category;
     Rows().GetRowRect(RowOf("Behavior"), &category);
-    ClickAt({category.left + 5, (category.top + category.bottom) / 2});   // the expander in the gutter
+    ClickAt({category.left + 5, (category.top + category.bottom) / 2});  // the expander in the gutter
     EXPECT_EQ(RowNames(), (Names{"Look", "Title", "Color", "Size", "Align", "Behavior"}));
-    ClickAt({category.left + 60, (category.top + category.bottom) / 2}, true);   // double click on its name
+    ClickAt({category.left + 60, (category.top + category.bottom) / 2}, true);  // double click on its name
     EXPECT_EQ(Rows().RowCount(), 9);
 }
 
@@ -107,14 +107,15 @@ TEST_F(GridNavigation, SortingIgnoresCaseAndKeepsEqualNamesInStoreOrder) {
     }
     m_ctrl->SetSorted(true);
     m_ctrl->PropertyStoreSynchronize();
-    EXPECT_EQ(RowNames(), (Names{"Align", "apple", "Color", "Count", "Enabled", "Path", "path", "Size", "Title", "Zebra"}));
+    EXPECT_EQ(RowNames(),
+              (Names{"Align", "apple", "Color", "Count", "Enabled", "Path", "path", "Size", "Title", "Zebra"}));
 }
 
 TEST_F(GridNavigation, FilterNarrowsByNameOrDescriptionIgnoringCase) {
     m_ctrl->ShowFilter(true);
     m_ctrl->SetFilterText("CO");
     EXPECT_EQ(RowNames(), (Names{"Look", "Color", "Behavior", "Count"}));
-    m_ctrl->SetFilterText("placement");             // only in a description
+    m_ctrl->SetFilterText("placement");  // only in a description
     EXPECT_EQ(RowNames(), (Names{"Look", "Align"}));
     m_ctrl->SetFilterText("nothing like this");
     EXPECT_EQ(Rows().RowCount(), 0);
@@ -146,11 +147,11 @@ TEST_F(GridNavigation, TypingInTheFilterBoxFiltersAndEscClearsIt) {
 
 TEST_F(GridNavigation, SplitterMovesWithinTheWindow) {
     int before = Rows().SplitterGet();
-    Rows().SplitterSet(before + 40);   // kept as a share of the width, so within a pixel
+    Rows().SplitterSet(before + 40);  // kept as a share of the width, so within a pixel
     EXPECT_EQ(Rows().SplitterGet(), before + 40);
     RECT value = Rows().GetValueRect(1);
     EXPECT_EQ(value.left, before + 41);
-    Rows().SplitterSet(-500);            // never off the window
+    Rows().SplitterSet(-500);  // never off the window
     EXPECT_GT(Rows().SplitterGet(), 0);
     Rows().SplitterSet(5000);
     RECT client;
@@ -210,6 +211,6 @@ TEST_F(GridNavigation, DoubleClickOnTheSplitterFitsItToTheNames) {
     SendMessageA(RowsHwnd(), WM_LBUTTONDBLCLK, MK_LBUTTON, at);
     SendMessageA(RowsHwnd(), WM_LBUTTONUP, 0, at);
     int fitted = Rows().SplitterGet();
-    EXPECT_LT(fitted, 150);                          // the names here are short
+    EXPECT_LT(fitted, 150);  // the names here are short
     EXPECT_GT(fitted, 40);
 }

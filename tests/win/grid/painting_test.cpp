@@ -34,7 +34,7 @@ TEST_F(GridPainting, FocusRowNameIsHighlightedAndOthersAreNot) {
     Rows().GetRowRect(RowOf("Title"), &title);
     RECT color;
     Rows().GetRowRect(RowOf("Color"), &color);
-    int x = Rows().SplitterGet() - 4;   // right end of the name column, past any text
+    int x = Rows().SplitterGet() - 4;  // right end of the name column, past any text
     EXPECT_EQ(PixelAt({x, (title.top + title.bottom) / 2}), GetSysColor(COLOR_HIGHLIGHT));
     EXPECT_EQ(PixelAt({x, (color.top + color.bottom) / 2}), GetSysColor(COLOR_WINDOW));
 }
@@ -43,7 +43,7 @@ TEST_F(GridPainting, RowsAndSwatchesScaleWithTheDpi) {
     int rowAt96 = m_ctrl->PaintManager().RowHeight();
     m_ctrl->SetDpi(144);
     int rowAt144 = m_ctrl->PaintManager().RowHeight();
-    EXPECT_GE(rowAt144 * 96, rowAt96 * 144 * 9 / 10);   // about half as high again
+    EXPECT_GE(rowAt144 * 96, rowAt96 * 144 * 9 / 10);  // about half as high again
     RECT row;
     Rows().GetRowRect(1, &row);
     EXPECT_EQ(row.bottom - row.top, rowAt144);
@@ -61,7 +61,7 @@ TEST_F(GridPainting, WheelScrollsWhenTheRowsDoNotFit) {
     EXPECT_EQ(Rows().GetTopRow(), 0);
     for (int i = 0; i < 20; ++i)
         SendMessageA(RowsHwnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
-    EXPECT_EQ(Rows().GetTopRow() + Rows().VisibleRowCount(), Rows().RowCount());   // never past the end
+    EXPECT_EQ(Rows().GetTopRow() + Rows().VisibleRowCount(), Rows().RowCount());  // never past the end
 }
 
 TEST_F(GridPainting, ChangedValuesAreMarkedUntilTheyAreBack) {
@@ -88,7 +88,7 @@ TEST_F(GridPainting, ValuesInCollapsedCategoriesGetTheirBaselineToo) {
 
 namespace {
 struct ToolTipSearch {
-    HWND tool;    // the window the tip describes
+    HWND tool;  // the window the tip describes
     HWND found;
 };
 
@@ -125,7 +125,7 @@ std::string ToolTipText(HWND tip, HWND owner) {
 }  // namespace
 
 TEST_F(GridPainting, ToolTipsCarryOnlyTextsThatDoNotFit) {
-    std::string longText(60, 'w');   // wider than the column, short enough to read back
+    std::string longText(60, 'w');  // wider than the column, short enough to read back
     CellOf<CExtGridCellString>("Title")->SetText(longText);
     POINT title = ValuePoint("Title");
     SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(title.x, title.y));
@@ -139,5 +139,5 @@ TEST_F(GridPainting, ToolTipsCarryOnlyTextsThatDoNotFit) {
     EXPECT_EQ(FindOwnedToolTip(RowsHwnd()), nullptr);
     SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(title.x, title.y));
     EXPECT_EQ(FindOwnedToolTip(RowsHwnd()), nullptr);
-    EXPECT_EQ(FindOwnedToolTip(m_ctrl->GetHwnd()), nullptr);   // nor on the toolbar
+    EXPECT_EQ(FindOwnedToolTip(m_ctrl->GetHwnd()), nullptr);  // nor on the toolbar
 }

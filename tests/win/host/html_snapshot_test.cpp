@@ -49,13 +49,16 @@ void ExpectSnapshotAt(const Surface& surface, int width, int height, const RECT&
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             bool inside = x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
-            std::uint32_t expected = inside ? Expected(x, y, rect.left, rect.top, background ? Page(x, y) : 0) : Page(x, y);
+            std::uint32_t expected =
+                inside ? Expected(x, y, rect.left, rect.top, background ? Page(x, y) : 0) : Page(x, y);
             ASSERT_EQ(surface.At(x, y), expected) << x << "," << y;
         }
     }
 }
 
-bool AllWhite(const Surface& surface, int width, int height) { return surface.WhiteOutside(width, height, width, height); }
+bool AllWhite(const Surface& surface, int width, int height) {
+    return surface.WhiteOutside(width, height, width, height);
+}
 
 std::string BesideTheTests(const char* name) {
     char path[MAX_PATH] = {};
@@ -73,7 +76,9 @@ public:
     HRESULT Register() { return Get<HRESULT(WINAPI*)()>("DllRegisterServer")(); }
     HRESULT Unregister() { return Get<HRESULT(WINAPI*)()>("DllUnregisterServer")(); }
     void Reset() { Get<void (*)()>("HtmlDoubleReset")(); }
-    void Set(const char* key, const char* value) { Get<void (*)(const char*, const char*)>("HtmlDoubleSet")(key, value); }
+    void Set(const char* key, const char* value) {
+        Get<void (*)(const char*, const char*)>("HtmlDoubleSet")(key, value);
+    }
     std::string Journal() { return Get<const char* (*)()>("HtmlDoubleJournal")(); }
     std::string LoadedBytes() {
         int length = 0;
@@ -94,7 +99,9 @@ private:
 class ImportHook {
 public:
     ImportHook(const char* dll, const char* function, void* replacement)
-        : dll_(dll), function_(function), original_(ReplaceImport(GetModuleHandleA(nullptr), dll, function, replacement)) {}
+        : dll_(dll),
+          function_(function),
+          original_(ReplaceImport(GetModuleHandleA(nullptr), dll, function, replacement)) {}
     ~ImportHook() {
         if (original_) ReplaceImport(GetModuleHandleA(nullptr), dll_, function_, original_);
     }
@@ -301,8 +308,8 @@ TEST_F(HtmlSnapshot, TheWaitDropsKeysAndClicksButPaintsAndRunsTheRest) {
     windowClass.hInstance = GetModuleHandleA(nullptr);
     windowClass.lpszClassName = "PwSnapshotTestWindow";
     RegisterClassA(&windowClass);
-    HWND window = CreateWindowExA(0, "PwSnapshotTestWindow", "", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr,
-                                  nullptr, windowClass.hInstance, nullptr);
+    HWND window = CreateWindowExA(0, "PwSnapshotTestWindow", "", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                  windowClass.hInstance, nullptr);
     ASSERT_NE(window, nullptr);
     html.Set("delay", "0");
     ASSERT_TRUE(snapshot.Render(kBoxes));  // a finished snapshot, replaced below
@@ -450,9 +457,9 @@ TEST_F(HtmlSnapshot, TheClientSiteAndTheSinkAnswerWhatTheBrowserAsks) {
         info.dwFlags = 0x40;
         info.dwDoubleClick = 7;
         EXPECT_EQ(handler->GetHostInfo(&info), S_OK);
-        EXPECT_EQ(info.dwFlags, 0x40u | DOCHOSTUIFLAG_SCROLL_NO |
-                                    (disable ? DOCHOSTUIFLAG_URL_ENCODING_DISABLE_UTF8
-                                             : DOCHOSTUIFLAG_URL_ENCODING_ENABLE_UTF8));
+        EXPECT_EQ(info.dwFlags,
+                  0x40u | DOCHOSTUIFLAG_SCROLL_NO |
+                      (disable ? DOCHOSTUIFLAG_URL_ENCODING_DISABLE_UTF8 : DOCHOSTUIFLAG_URL_ENCODING_ENABLE_UTF8));
         EXPECT_EQ(info.dwDoubleClick, 0u);
         RegDeleteValueA(key, "UrlEncoding");
         RegCloseKey(key);

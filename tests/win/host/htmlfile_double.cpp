@@ -85,14 +85,10 @@ bool Fails(const char* step) {
 
 std::string VariantText(const VARIANT& value) {
     switch (V_VT(&value)) {
-        case VT_BSTR:
-            return "BSTR:" + NarrowText(V_BSTR(&value));
-        case VT_I4:
-            return "I4:" + std::to_string(V_I4(&value));
-        case VT_UNKNOWN:
-            return "UNKNOWN";
-        default:
-            return "VT" + std::to_string(V_VT(&value));
+        case VT_BSTR: return "BSTR:" + NarrowText(V_BSTR(&value));
+        case VT_I4: return "I4:" + std::to_string(V_I4(&value));
+        case VT_UNKNOWN: return "UNKNOWN";
+        default: return "VT" + std::to_string(V_VT(&value));
     }
 }
 
@@ -224,18 +220,25 @@ std::vector<Box> ReadBoxes(const std::string& page) {
         std::size_t start = 0;
         while (start < style.size()) {
             std::size_t semicolon = style.find(';', start);
-            std::string declaration = style.substr(start, semicolon == std::string::npos ? std::string::npos : semicolon - start);
+            std::string declaration =
+                style.substr(start, semicolon == std::string::npos ? std::string::npos : semicolon - start);
             start = semicolon == std::string::npos ? style.size() : semicolon + 1;
             std::size_t colon = declaration.find(':');
             if (colon == std::string::npos) continue;
             std::string name = Trim(declaration.substr(0, colon)), value = Trim(declaration.substr(colon + 1));
             int number = std::atoi(value.c_str());
-            if (name == "left") box.left = number;
-            else if (name == "top") box.top = number;
-            else if (name == "width") box.width = number;
-            else if (name == "height") box.height = number;
-            else if (name == "background" || name == "background-color") ParseColour(value, box.background);
-            else if (name == "color") ParseColour(value, box.color);
+            if (name == "left")
+                box.left = number;
+            else if (name == "top")
+                box.top = number;
+            else if (name == "width")
+                box.width = number;
+            else if (name == "height")
+                box.height = number;
+            else if (name == "background" || name == "background-color")
+                ParseColour(value, box.background);
+            else if (name == "color")
+                ParseColour(value, box.color);
         }
         std::size_t close = page.find('>', end);
         std::size_t next = close == std::string::npos ? std::string::npos : page.find('<', close);
@@ -329,7 +332,8 @@ struct Body : Object {
         return nullptr;
     }
     bool Remove(LONG cookie) {
-        auto found = std::find_if(behaviors.begin(), behaviors.end(), [cookie](const Attached& a) { return a.cookie == cookie; });
+        auto found = std::find_if(behaviors.begin(), behaviors.end(),
+                                  [cookie](const Attached& a) { return a.cookie == cookie; });
         if (found == behaviors.end()) return false;
         Attached attached = *found;
         behaviors.erase(found);
@@ -373,7 +377,8 @@ struct Document : Object {
         if (IsEqualIID(iid, IID_IOleObject)) return Fails("IOleObject") ? nullptr : &ole;
         if (IsEqualIID(iid, IID_IViewObject)) return Fails("IViewObject") ? nullptr : &view;
         if (IsEqualIID(iid, IID_IPersistStreamInit)) return Fails("IPersistStreamInit") ? nullptr : &persist;
-        if (IsEqualIID(iid, IID_IConnectionPointContainer)) return Fails("IConnectionPointContainer") ? nullptr : &container;
+        if (IsEqualIID(iid, IID_IConnectionPointContainer))
+            return Fails("IConnectionPointContainer") ? nullptr : &container;
         return nullptr;
     }
     void Notify() {
@@ -589,8 +594,8 @@ HRESULT STDMETHODCALLTYPE Element2AddBehavior(IHTMLElement2* self, BSTR url, VAR
                                        reinterpret_cast<void**>(&factory))))
         return E_NOINTERFACE;
     Attached attached = {given, nullptr, nullptr, new BehaviorSite};
-    HRESULT found = IElementBehaviorFactory_FindBehavior(factory, nullptr, url, reinterpret_cast<IElementBehaviorSite*>(&attached.site->site),
-                                                          &attached.behavior);
+    HRESULT found = IElementBehaviorFactory_FindBehavior(
+        factory, nullptr, url, reinterpret_cast<IElementBehaviorSite*>(&attached.site->site), &attached.behavior);
     IUnknown_Release(reinterpret_cast<IUnknown*>(factory));
     if (FAILED(found) || !attached.behavior) {
         attached.site->Release();
@@ -764,9 +769,12 @@ __declspec(dllexport) void HtmlDoubleReset() {
 // "delay" N | "never"; "fail" STEP,STEP...; "extent" W,H.
 __declspec(dllexport) void HtmlDoubleSet(const char* key, const char* value) {
     std::string k = key, v = value;
-    if (k == "delay") g_config.delay = v == "never" ? -1 : std::atoi(v.c_str());
-    else if (k == "fail") g_config.fail = v;
-    else if (k == "extent") std::sscanf(v.c_str(), "%d,%d", &g_config.extentWidth, &g_config.extentHeight);
+    if (k == "delay")
+        g_config.delay = v == "never" ? -1 : std::atoi(v.c_str());
+    else if (k == "fail")
+        g_config.fail = v;
+    else if (k == "extent")
+        std::sscanf(v.c_str(), "%d,%d", &g_config.extentWidth, &g_config.extentHeight);
 }
 
 // The steps since the last call, one line each with "\n" after it.

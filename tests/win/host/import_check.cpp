@@ -95,7 +95,8 @@ int main() {
           "the constructor installs the exported table");
     Check(probe->GetVersion() == 2, "GetVersion through the table");
     CString html = probe->GetHtml("");
-    Check(strstr(html.GetText(), "Hello &amp; welcome") == nullptr && strstr(html.GetText(), "Hello & welcome") != nullptr,
+    Check(strstr(html.GetText(), "Hello &amp; welcome") == nullptr &&
+              strstr(html.GetText(), "Hello & welcome") != nullptr,
           "GetHtml returns the body");
     probe->CallProtected();
     // The deleting destructor (slot 0) frees with the shared heap.

@@ -76,9 +76,9 @@ TEST_F(PreviewImage, DrawnAtNaturalSizeAndClipped) {
         ASSERT_TRUE(image.Load(path.c_str(), nullptr));
         ASSERT_TRUE(image.IsLoaded());
         SCOPED_TRACE(path + (image.UsesGdiplus() ? " (GDI+)" : " (OLE picture)"));
-        ExpectDrawn(image, RECT{5, 4, 35, 26}, 12, 8);   // larger: the rest untouched
-        ExpectDrawn(image, RECT{5, 4, 12, 9}, 7, 5);     // smaller: cut right and bottom
-        ExpectDrawn(image, RECT{5, 4, 5, 26}, 0, 0);     // empty
+        ExpectDrawn(image, RECT{5, 4, 35, 26}, 12, 8);  // larger: the rest untouched
+        ExpectDrawn(image, RECT{5, 4, 12, 9}, 7, 5);    // smaller: cut right and bottom
+        ExpectDrawn(image, RECT{5, 4, 5, 26}, 0, 0);    // empty
     }
 }
 

@@ -69,8 +69,16 @@ Loaded Load(const std::string& file, int width, int height) {
 
 TEST(LoadBitmapFromStream, TwentyFourBitsBottomUp) {
     // Rows bottom-up, BGR, padded to four bytes.
-    std::string pixels("\x00\x00\xff" "\x00\xff\x00" "\0\0", 8);         // bottom: red, green
-    pixels += std::string("\xff\x00\x00" "\xff\xff\xff" "\0\0", 8);      // top: blue, white
+    std::string pixels(
+        "\x00\x00\xff"
+        "\x00\xff\x00"
+        "\0\0",
+        8);  // bottom: red, green
+    pixels += std::string(
+        "\xff\x00\x00"
+        "\xff\xff\xff"
+        "\0\0",
+        8);  // top: blue, white
     Loaded got = Load(BmpFile(2, 2, 24, BI_RGB, 0, {}, pixels), 2, 2);
     ASSERT_TRUE(got.ok);
     EXPECT_EQ(got.pixels, (std::vector<std::uint32_t>{0x0000ff, 0xffffff, 0xff0000, 0x00ff00}));
@@ -93,8 +101,8 @@ TEST(LoadBitmapFromStream, PaletteSizeFromBitCountOrColoursUsed) {
 
 TEST(LoadBitmapFromStream, BitfieldsMasksPrecedeThePixels) {
     // 16 bits, 5-6-5: pure green is 0x07E0.
-    Loaded got = Load(BmpFile(1, 1, 16, BI_BITFIELDS, 0, {0xF800, 0x07E0, 0x001F}, std::string("\xe0\x07\0\0", 4)),
-                      1, 1);
+    Loaded got =
+        Load(BmpFile(1, 1, 16, BI_BITFIELDS, 0, {0xF800, 0x07E0, 0x001F}, std::string("\xe0\x07\0\0", 4)), 1, 1);
     ASSERT_TRUE(got.ok);
     EXPECT_EQ(got.pixels[0], 0x00ff00u);
 }
@@ -102,10 +110,10 @@ TEST(LoadBitmapFromStream, BitfieldsMasksPrecedeThePixels) {
 TEST(LoadBitmapFromStream, RefusesWhatIsNotABitmapOrTooShort) {
     std::string good = BmpFile(2, 2, 24, BI_RGB, 0, {}, std::string(16, '\x40'));
     HBITMAP bitmap = nullptr;
-    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 13), &bitmap));          // under 14 bytes
-    EXPECT_FALSE(LoadBitmapFromStream("XM" + good.substr(2), &bitmap));       // not "BM"
-    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 14 + 39), &bitmap));     // header cut
-    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, good.size() - 1), &bitmap));  // pixels cut
+    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 13), &bitmap));                                  // under 14 bytes
+    EXPECT_FALSE(LoadBitmapFromStream("XM" + good.substr(2), &bitmap));                               // not "BM"
+    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 14 + 39), &bitmap));                             // header cut
+    EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, good.size() - 1), &bitmap));                     // pixels cut
     EXPECT_FALSE(LoadBitmapFromStream(BmpFile(1, 1, 8, BI_RGB, 0, {1, 2, 3}, "\0\0\0\0"), &bitmap));  // palette cut
     EXPECT_FALSE(LoadBitmapFromStream(BmpFile(0x7fffffff, 0x7fffffff, 32, BI_RGB, 0, {}, "1234"), &bitmap));
     EXPECT_FALSE(LoadBitmapFromStream(good, nullptr));
@@ -120,7 +128,7 @@ TEST(DrawPlaceholder, GivesTheDeviceContextBackAsItWas) {
     SetBkMode(dc, OPAQUE);
     HGDIOBJ font = GetCurrentObject(dc, OBJ_FONT);
 
-    DrawPlaceholder(dc, RECT{30, 15, 5, 2}, "text");   // reversed both ways
+    DrawPlaceholder(dc, RECT{30, 15, 5, 2}, "text");  // reversed both ways
     EXPECT_EQ(GetBkColor(dc), RGB(1, 2, 3));
     EXPECT_EQ(GetTextColor(dc), RGB(4, 5, 6));
     EXPECT_EQ(GetBkMode(dc), OPAQUE);

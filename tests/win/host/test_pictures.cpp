@@ -74,7 +74,8 @@ Picture Gradient(int width, int height) {
     Picture picture{width, height, {}};
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
-            picture.pixels.push_back(0xFF000000u | std::uint32_t(10 * x + 5) << 16 | std::uint32_t(14 * y + 5) << 8 | 90u);
+            picture.pixels.push_back(0xFF000000u | std::uint32_t(10 * x + 5) << 16 | std::uint32_t(14 * y + 5) << 8 |
+                                     90u);
     return picture;
 }
 

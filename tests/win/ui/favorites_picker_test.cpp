@@ -18,9 +18,9 @@ class FavoritesPickerTest : public LinkDialogsTest {
 protected:
     void SetUp() override {
         LinkDialogsTest::SetUp();
-        ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, kShellFolders, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
-                                  nullptr),
-                  ERROR_SUCCESS);
+        ASSERT_EQ(
+            RegCreateKeyExA(HKEY_CURRENT_USER, kShellFolders, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_, nullptr),
+            ERROR_SUCCESS);
         char old[MAX_PATH * 2] = {};
         DWORD size = sizeof old - 1;
         hadValue_ = RegQueryValueExA(key_, "Favorites", nullptr, &oldKind_, reinterpret_cast<BYTE*>(old), &size) ==

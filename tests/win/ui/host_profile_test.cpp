@@ -16,8 +16,8 @@ namespace {
 const char kProfileKey[] = "Software\\SlidewaveTests\\pwhost";
 
 void DeleteProfileKeys() {
-    for (const char* key : {"Software\\SlidewaveTests\\pwhost\\Settings", "Software\\SlidewaveTests\\pwhost\\URL_History",
-                            kProfileKey, "Software\\SlidewaveTests"})
+    for (const char* key : {"Software\\SlidewaveTests\\pwhost\\Settings",
+                            "Software\\SlidewaveTests\\pwhost\\URL_History", kProfileKey, "Software\\SlidewaveTests"})
         RegDeleteKeyA(HKEY_CURRENT_USER, key);
 }
 
@@ -53,7 +53,8 @@ TEST(HostProfileTest, ReadsAndWritesTheHostsSettingsThroughItsApplicationObject)
     HMODULE runtime = LoadStandInRuntime();
     ASSERT_NE(runtime, nullptr) << "mfc42.dll (the stand-in) is built with pwhost";
     using CountFn = int (*)();
-    auto liveStrings = reinterpret_cast<CountFn>(reinterpret_cast<void*>(GetProcAddress(runtime, "StandInLiveStrings")));
+    auto liveStrings =
+        reinterpret_cast<CountFn>(reinterpret_cast<void*>(GetProcAddress(runtime, "StandInLiveStrings")));
     ASSERT_NE(liveStrings, nullptr);
     int stringsBefore = liveStrings();
 
@@ -76,8 +77,8 @@ TEST(HostProfileTest, ReadsAndWritesTheHostsSettingsThroughItsApplicationObject)
     const char entry[] = "http://h.example/|Home";
     RegSetValueExA(history, "URL_History0", 0, REG_SZ, reinterpret_cast<const BYTE*>(entry), sizeof entry);
     RegCloseKey(history);
-    HWND combo = CreateWindowExA(0, "ComboBox", "", WS_POPUP | CBS_DROPDOWN, 0, 0, 200, 200, nullptr, nullptr, nullptr,
-                                 nullptr);
+    HWND combo =
+        CreateWindowExA(0, "ComboBox", "", WS_POPUP | CBS_DROPDOWN, 0, 0, 200, 200, nullptr, nullptr, nullptr, nullptr);
     {
         CLinkHistoryCombo links;
         links.LoadHistory(combo, profile, "URL_History");

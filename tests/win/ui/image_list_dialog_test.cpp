@@ -42,8 +42,8 @@ TEST_F(ImageListDialogTest, TextThatIsNotXmlOpensAnEmptyListAndStoresAnEmptyGall
 }
 
 TEST_F(ImageListDialogTest, LoadsEveryImageAndStoresOnlyTheTextsThatAreSet) {
-    std::string text = Gallery({{"C:\\pics\\a.png"},
-                                {"C:\\pics\\b.jpg", "Bee", "A bee &amp; a flower", "http://b.example/", "_blank"}});
+    std::string text = Gallery(
+        {{"C:\\pics\\a.png"}, {"C:\\pics\\b.jpg", "Bee", "A bee &amp; a flower", "http://b.example/", "_blank"}});
     std::vector<std::string> shown;
     Then([&](HWND d) {
         for (int row = 0; row < RowCount(d); ++row) shown.push_back(RowText(d, row));
@@ -56,7 +56,8 @@ TEST_F(ImageListDialogTest, LoadsEveryImageAndStoresOnlyTheTextsThatAreSet) {
     ASSERT_TRUE(Run(text));
     EXPECT_EQ(shown, (std::vector<std::string>{"C:\\pics\\a.png", "C:\\pics\\b.jpg"}));
     EXPECT_EQ(text, before);
-    EXPECT_NE(text.find("<IMAGE>\r\n\t\t<FILENAME>C:\\pics\\a.png</FILENAME>\r\n\t</IMAGE>"), std::string::npos) << text;
+    EXPECT_NE(text.find("<IMAGE>\r\n\t\t<FILENAME>C:\\pics\\a.png</FILENAME>\r\n\t</IMAGE>"), std::string::npos)
+        << text;
 }
 
 TEST_F(ImageListDialogTest, FieldsAreDisabledUntilARowIsSelectedAndEditsGoToThatRow) {
@@ -91,16 +92,16 @@ TEST_F(ImageListDialogTest, MoveUpAndDownStopAtTheEndsAndKeepTheRecords) {
     std::string text = Gallery({{"C:\\1.png", "one"}, {"C:\\2.png", "two"}, {"C:\\3.png", "three"}});
     Then([&](HWND d) {
         SelectRow(d, 0);
-        Click(d, IDC_MOVE_UP);     // first row: nothing
+        Click(d, IDC_MOVE_UP);  // first row: nothing
         SelectRow(d, 2);
-        Click(d, IDC_MOVE_DOWN);   // last row: nothing
+        Click(d, IDC_MOVE_DOWN);  // last row: nothing
         EXPECT_EQ(RowText(d, 0), "C:\\1.png");
         EXPECT_EQ(RowText(d, 2), "C:\\3.png");
-        Click(d, IDC_MOVE_UP);     // 3 above 2, still selected
-        Click(d, IDC_MOVE_UP);     // and above 1
+        Click(d, IDC_MOVE_UP);  // 3 above 2, still selected
+        Click(d, IDC_MOVE_UP);  // and above 1
         EXPECT_EQ(Text(d, IDC_TITLE), "three");
         SelectRow(d, 1);
-        Click(d, IDC_MOVE_DOWN);   // 1 to the end
+        Click(d, IDC_MOVE_DOWN);  // 1 to the end
         // No selection: Move Down has nothing to move, and no row field is usable.
         ClearRowSelection(d);
         Click(d, IDC_MOVE_DOWN);

@@ -111,7 +111,9 @@ std::string Text(HWND dialog, int id) {
     return text;
 }
 
-int ComboSelection(HWND dialog, int id) { return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCURSEL, 0, 0)); }
+int ComboSelection(HWND dialog, int id) {
+    return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCURSEL, 0, 0));
+}
 int ComboCount(HWND dialog, int id) { return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCOUNT, 0, 0)); }
 
 std::string ComboEntry(HWND dialog, int id, int index) {
@@ -199,8 +201,8 @@ LRESULT CALLBACK CatchMessageBoxes(int code, WPARAM wParam, LPARAM lParam) {
         char className[16] = {};
         GetClassNameA(window, className, sizeof className);
         // A system dialog without any of our dialogs' controls.
-        bool ours = GetDlgItem(window, IDC_LINK) || GetDlgItem(window, IDC_PAGE_TREE) ||
-                    GetDlgItem(window, IDC_FAVORITES_TREE);
+        bool ours =
+            GetDlgItem(window, IDC_LINK) || GetDlgItem(window, IDC_PAGE_TREE) || GetDlgItem(window, IDC_FAVORITES_TREE);
         if (std::string(className) == "#32770" && !ours) {
             char text[512] = {};
             GetDlgItemTextA(window, 0xFFFF, text, sizeof text);

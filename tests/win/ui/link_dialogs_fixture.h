@@ -74,7 +74,7 @@ std::string Caption(HWND dialog);
 void ExpectPageLinkControls(HWND dialog);
 
 // --- list and tree controls -----------------------------------------------------
-void SelectRow(HWND dialog, int row);   // selects and focuses only this row
+void SelectRow(HWND dialog, int row);  // selects and focuses only this row
 void ClearRowSelection(HWND dialog);
 int RowCount(HWND dialog);
 std::string RowText(HWND dialog, int row);

@@ -41,8 +41,8 @@ void RoundTrip(Cell& from, Cell& to, bool* atEnd) {
 TEST(PropertyCells, EachIsCreatedByItsClassName) {
     CXmlDocument definition;
     CPropertiesDialog registersThem(&definition, nullptr);
-    for (const char* name : {"CExtGridCellURL", "CExtGridCellImages", "CExtGridCellFontComboBox",
-                             "CExtGridCellUpDownRange"}) {
+    for (const char* name :
+         {"CExtGridCellURL", "CExtGridCellImages", "CExtGridCellFontComboBox", "CExtGridCellUpDownRange"}) {
         std::unique_ptr<CExtGridCell> cell(CExtGridCellClass::CreateCell(name));
         ASSERT_NE(cell, nullptr) << name;
         EXPECT_STREQ(cell->GetCellClass().name, name);
@@ -89,7 +89,7 @@ TEST(PropertyCells, ImagesCellKeepsItsListApartFromItsText) {
     EXPECT_TRUE(atEnd);
     EXPECT_EQ(read.GetText(), "shown");
     EXPECT_EQ(read.GetImageListText(), "<GALLERY><IMAGE/></GALLERY>");
-    EXPECT_EQ(read.GetSiteStructure(), nullptr);   // pointers are never archived
+    EXPECT_EQ(read.GetSiteStructure(), nullptr);  // pointers are never archived
 
     CExtGridCellFile plain;
     clone->Assign(plain);
@@ -143,13 +143,13 @@ TEST(ImagesHint, IsPaintedInLightGreyWhateverTheValue) {
     pc.textColor = RGB(0, 0, 0);
     HGDIOBJ fontBefore = GetCurrentObject(pc.dc, OBJ_FONT);
     SetTextColor(pc.dc, RGB(1, 2, 3));
-    CExtGridCellImages images;   // empty list: the hint all the same
+    CExtGridCellImages images;  // empty list: the hint all the same
     images.OnPaintText(pc, RECT{0, 0, 260, 20});
     int grey = 0, black = 0;
     for (int y = 0; y < 20; ++y)
         for (int x = 0; x < 260; ++x) {
             grey += surface.At(x, y) == 0xC0C0C0;
-            black += surface.At(x, y) == 0;   // the row's text colour
+            black += surface.At(x, y) == 0;  // the row's text colour
         }
     EXPECT_GT(grey, 20);
     EXPECT_EQ(black, 0);

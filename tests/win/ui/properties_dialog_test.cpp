@@ -87,20 +87,20 @@ protected:
     std::unique_ptr<CPropertiesDialog> m_dialog;
 };
 
-const std::string kEveryType = Definition(
-    "title=\"Gallery\" developer=\"Dev &amp; Co\" website=\"https://example.org/\"",
-    "<PROPERTIES>"
-    "<CATEGORY name=\"Main\">" +
-        Property("Flag", 0, "true") + Property("Color", 1, "#FF8000") + Property("Text", 2, "a &amp; b") +
-        Property("File", 3, "C:\\x.txt") + Property("Face", 4, "NoSuchFace") + Property("Size", 5, "12") +
-        Property("Images", 6, "&lt;GALLERY/&gt;") + Property("Choice", 7, "b", "options=\"a|b|c\"") +
-        Property("Link", 8, "index.html") + Property("Unknown", 9, "x") + Property("Negative", -1, "x") +
-        "<PROPERTY name=\"NoType\" variable=\"$notype$\" value=\"true\"></PROPERTY>"
-        "<OTHER name=\"Skipped\" type=\"2\"></OTHER>"
-    "</CATEGORY>"
-    "<CATEGORY name=\"Empty\"></CATEGORY>"
-    "<SOMETHING name=\"NotACategory\"><PROPERTY name=\"Lost\" type=\"2\"></PROPERTY></SOMETHING>"
-    "</PROPERTIES>");
+const std::string kEveryType =
+    Definition("title=\"Gallery\" developer=\"Dev &amp; Co\" website=\"https://example.org/\"",
+               "<PROPERTIES>"
+               "<CATEGORY name=\"Main\">" +
+                   Property("Flag", 0, "true") + Property("Color", 1, "#FF8000") + Property("Text", 2, "a &amp; b") +
+                   Property("File", 3, "C:\\x.txt") + Property("Face", 4, "NoSuchFace") + Property("Size", 5, "12") +
+                   Property("Images", 6, "&lt;GALLERY/&gt;") + Property("Choice", 7, "b", "options=\"a|b|c\"") +
+                   Property("Link", 8, "index.html") + Property("Unknown", 9, "x") + Property("Negative", -1, "x") +
+                   "<PROPERTY name=\"NoType\" variable=\"$notype$\" value=\"true\"></PROPERTY>"
+                   "<OTHER name=\"Skipped\" type=\"2\"></OTHER>"
+                   "</CATEGORY>"
+                   "<CATEGORY name=\"Empty\"></CATEGORY>"
+                   "<SOMETHING name=\"NotACategory\"><PROPERTY name=\"Lost\" type=\"2\"></PROPERTY></SOMETHING>"
+                   "</PROPERTIES>");
 
 TEST_F(PropertiesDialogTest, OneCategoryPerCategoryAndARowPerKnownType) {
     Open(kEveryType);
@@ -139,7 +139,7 @@ TEST_F(PropertiesDialogTest, OneCategoryPerCategoryAndARowPerKnownType) {
 TEST_F(PropertiesDialogTest, ValuesGivenToTheDialogWinOverTheDefinition) {
     Open(kEveryType, {{"$Text$", "from the object"}, {"$Link$", ""}});
     EXPECT_EQ(Row("Main", "Text")->ValueActiveGet()->GetText(), "from the object");
-    EXPECT_EQ(Row("Main", "Link")->ValueActiveGet()->GetText(), "");   // an empty value is still a value
+    EXPECT_EQ(Row("Main", "Link")->ValueActiveGet()->GetText(), "");  // an empty value is still a value
 }
 
 TEST_F(PropertiesDialogTest, CellsCarryTheSiteStructureAndTheImageList) {
@@ -168,7 +168,7 @@ TEST_F(PropertiesDialogTest, BooleanIsCheckedOnlyByLowerCaseTrueAndStoredInLower
     EXPECT_EQ(Stored("$Upper$"), "true");
     Toggle("C", "Upper");
     EXPECT_EQ(Stored("$Upper$"), "false");
-    EXPECT_EQ(Stored("$Lower$"), "<absent>");   // untouched rows are not written
+    EXPECT_EQ(Stored("$Lower$"), "<absent>");  // untouched rows are not written
 }
 
 TEST_F(PropertiesDialogTest, ColoursAreReadLenientlyAndWrittenAsSevenCharacters) {
@@ -203,7 +203,7 @@ TEST_F(PropertiesDialogTest, FontSizesSelectByNumberAndAreBoundToTheList) {
     // Nothing selected is stored as empty text.
     Confirm("C", "Odd");
     EXPECT_EQ(Stored("$Odd$"), "");
-    Toggle("C", "Padded");   // steps to the next entry
+    Toggle("C", "Padded");  // steps to the next entry
     EXPECT_EQ(Stored("$Padded$"), "11");
 }
 
@@ -220,7 +220,7 @@ TEST_F(PropertiesDialogTest, ChoicesSplitAtBarsAndTheLastEqualEntryIsSelected) {
     auto* missing = CellOf<CExtGridCellComboBox>("C", "Missing");
     EXPECT_EQ(missing->GetCurSel(), -1);
     EXPECT_TRUE(missing->IsListBound());
-    Toggle("C", "Twice");   // from the last entry back to the first
+    Toggle("C", "Twice");  // from the last entry back to the first
     EXPECT_EQ(Stored("$Twice$"), "b");
 }
 
@@ -258,9 +258,14 @@ TEST_F(PropertiesDialogTest, FontNamesAreTheListsInAnyCaseAndAnUnlistedOneIsNeve
 }
 
 TEST_F(PropertiesDialogTest, OnlyTheFirstCategoryOfAnAmbiguousNameIsSearched) {
-    Open(Definition("", "<PROPERTIES>"
-                        "<CATEGORY name=\"Same\">" + Property("First", 2, "1") + "</CATEGORY>"
-                        "<CATEGORY name=\"Same\">" + Property("Second", 2, "2") + Property("First", 2, "3") + "</CATEGORY>"
+    Open(Definition("",
+                    "<PROPERTIES>"
+                    "<CATEGORY name=\"Same\">" +
+                        Property("First", 2, "1") +
+                        "</CATEGORY>"
+                        "<CATEGORY name=\"Same\">" +
+                        Property("Second", 2, "2") + Property("First", 2, "3") +
+                        "</CATEGORY>"
                         "</PROPERTIES>"));
     auto* second = static_cast<CExtPropertyValue*>(Store()->ItemGetAt(1)->ItemFind("Second"));
     second->ValueActiveGet()->SetText("changed");
@@ -315,14 +320,14 @@ TEST_F(PropertiesDialogTest, TheWebsiteLinkIsBlueUnderlinedAndTakesTheMouse) {
     HWND hwnd = link.GetHwnd();
     ASSERT_NE(hwnd, nullptr);
     EXPECT_EQ(link.GetLinkColor(), RGB(0, 0, 255));
-    EXPECT_NE(link.GetCursor(), nullptr);   // resource 145 of our own module
+    EXPECT_NE(link.GetCursor(), nullptr);  // resource 145 of our own module
     LOGFONTA font{};
     GetObjectA(reinterpret_cast<HFONT>(SendMessageA(hwnd, WM_GETFONT, 0, 0)), sizeof font, &font);
     EXPECT_TRUE(font.lfUnderline);
     EXPECT_EQ(SendMessageA(hwnd, WM_NCHITTEST, 0, 0), HTCLIENT);
     HDC dc = GetDC(hwnd);
-    HBRUSH brush = reinterpret_cast<HBRUSH>(
-        SendMessageA(m_dialog->GetHwnd(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(hwnd)));
+    HBRUSH brush = reinterpret_cast<HBRUSH>(SendMessageA(m_dialog->GetHwnd(), WM_CTLCOLORSTATIC,
+                                                         reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(hwnd)));
     EXPECT_EQ(GetTextColor(dc), RGB(0, 0, 255));
     EXPECT_EQ(GetBkMode(dc), TRANSPARENT);
     EXPECT_EQ(brush, static_cast<HBRUSH>(GetStockObject(NULL_BRUSH)));

@@ -12,7 +12,7 @@ TEST(PropertiesColor, ReadsTheDigitsAfterTheFirstNumberSign) {
     EXPECT_EQ(ParseColorAfterHash("#ff8000"), RGB(255, 128, 0));
     EXPECT_EQ(ParseColorAfterHash("x#00ff00"), RGB(0, 255, 0));
     EXPECT_EQ(ParseColorAfterHash("#0000FF#FF0000"), RGB(0, 0, 255));
-    EXPECT_EQ(ParseColorAfterHash("#F0"), RGB(0, 0, 0xF0));          // a short number is 0xRRGGBB all the same
+    EXPECT_EQ(ParseColorAfterHash("#F0"), RGB(0, 0, 0xF0));  // a short number is 0xRRGGBB all the same
     EXPECT_EQ(ParseColorAfterHash("#12345zz"), RGB(0x01, 0x23, 0x45));
     EXPECT_EQ(ParseColorAfterHash("red"), static_cast<COLORREF>(-1));
     EXPECT_EQ(ParseColorAfterHash(""), static_cast<COLORREF>(-1));

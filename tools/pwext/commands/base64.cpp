@@ -72,8 +72,10 @@ int RunBase64(const Args& args) {
     WriteOutput(stored);
     if (outcome.ok) return 0;
     // The bytes that fit were written; say why the rest are missing.
-    std::fprintf(stderr, "pwext: base64 decode: the text decodes to %d bytes but the capacity is %d; only the first %d were written\n",
-                 outcome.length, capacity, outcome.stored);
+    std::fprintf(
+        stderr,
+        "pwext: base64 decode: the text decodes to %d bytes but the capacity is %d; only the first %d were written\n",
+        outcome.length, capacity, outcome.stored);
     return 1;
 }
 

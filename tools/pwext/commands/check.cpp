@@ -34,7 +34,8 @@ void RefuseDefinitionErrors(std::string_view text, const std::string& command, c
     const definition::Problem* firstError = nullptr;
     for (definition::Problem& problem : problems) {
         if (!lines.empty())
-            problem.line = problem.element >= 0 && problem.element < static_cast<int>(lines.size()) ? lines[problem.element] : 0;
+            problem.line =
+                problem.element >= 0 && problem.element < static_cast<int>(lines.size()) ? lines[problem.element] : 0;
         if (problem.severity == definition::Problem::Severity::kError) {
             if (!firstError) firstError = &problem;
         } else {

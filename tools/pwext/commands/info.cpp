@@ -70,8 +70,8 @@ std::string Summary(CXmlDocument& document) {
     out += "object:\n";
     out += "  minimum size  " + std::to_string(object.minWidth) + " x " + std::to_string(object.minHeight) + "\n";
     out += std::string("  use DIV       ") + (object.useDiv ? "yes" : "no") + "\n";
-    out += "  render method " + std::to_string(object.renderMethod) + " (" + RenderMethodName(static_cast<RenderMethod>(object.renderMethod)) +
-           ")\n";
+    out += "  render method " + std::to_string(object.renderMethod) + " (" +
+           RenderMethodName(static_cast<RenderMethod>(object.renderMethod)) + ")\n";
 
     out += "properties:\n";
     int count = 0;
@@ -101,7 +101,8 @@ std::string Summary(CXmlDocument& document) {
     out += files.empty() ? "  none\n" : files;
 
     CXmlElement* bitmap = root.FindChild(definition::kBitmap);
-    out += "toolbar bitmap: " + (bitmap ? BitmapSummary(Decoded(*bitmap)) : std::string("none (resource 31550)")) + "\n";
+    out +=
+        "toolbar bitmap: " + (bitmap ? BitmapSummary(Decoded(*bitmap)) : std::string("none (resource 31550)")) + "\n";
     CXmlElement* image = root.FindChild(definition::kImage);
     out += "preview image: " + (image ? std::to_string(Decoded(*image).size()) + " bytes" : std::string("none")) + "\n";
     out += "templates:\n";

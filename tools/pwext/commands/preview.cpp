@@ -156,10 +156,19 @@ public:
             close(*fd);
             *fd = moved;
         }
-        std::vector<std::string> arguments = {
-            program, "--headless", "--remote-debugging-pipe", "--no-sandbox", "--disable-gpu", "--disable-quic",
-            "--no-first-run", "--disable-background-networking", "--disable-component-update", "--disable-sync",
-            "--hide-scrollbars", "--user-data-dir=" + profile, "about:blank"};
+        std::vector<std::string> arguments = {program,
+                                              "--headless",
+                                              "--remote-debugging-pipe",
+                                              "--no-sandbox",
+                                              "--disable-gpu",
+                                              "--disable-quic",
+                                              "--no-first-run",
+                                              "--disable-background-networking",
+                                              "--disable-component-update",
+                                              "--disable-sync",
+                                              "--hide-scrollbars",
+                                              "--user-data-dir=" + profile,
+                                              "about:blank"};
         std::vector<char*> argv;
         for (std::string& a : arguments) argv.push_back(a.data());
         argv.push_back(nullptr);
@@ -244,7 +253,8 @@ private:
                 buffer_.erase(0, end + 1);
                 return message;
             }
-            auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
+            auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
             if (left.count() <= 0)
                 throw Failure{"preview: " + program_ + " did not finish in " + std::to_string(kChromiumSeconds) + " s"};
             pollfd wait = {from_, POLLIN, 0};
@@ -286,9 +296,9 @@ std::string Screenshot(const std::string& page, const Size& size, unsigned long 
                      ",\"deviceScaleFactor\":1,\"mobile\":false}",
                  session);
     browser.Call("Emulation.setDefaultBackgroundColorOverride",
-                 "{\"color\":{\"r\":" + std::to_string(background >> 16) + ",\"g\":" +
-                     std::to_string((background >> 8) & 0xFF) + ",\"b\":" + std::to_string(background & 0xFF) +
-                     ",\"a\":1}}",
+                 "{\"color\":{\"r\":" + std::to_string(background >> 16) +
+                     ",\"g\":" + std::to_string((background >> 8) & 0xFF) +
+                     ",\"b\":" + std::to_string(background & 0xFF) + ",\"a\":1}}",
                  session);
     browser.Call("Page.enable", "{}", session);
     browser.Call("Page.navigate", "{\"url\":" + JsonLatin1(FileUrl(folder / "page.html")) + "}", session);

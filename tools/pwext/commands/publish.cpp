@@ -87,9 +87,9 @@ std::string Page(CExtensionEngine& engine, const std::string& context, const Geo
     ReplaceAll(body, "$Z_INDEX$", "1");
     return "<!DOCTYPE HTML PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\">\r\n<html>\r\n<head>\r\n"
            "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">\r\n"
-           "<title>" + engine.GetToolbarText() + "</title>\r\n" +
-           engine.GetHeaderHtml() + "\r\n</head>\r\n<body>\r\n" + engine.GetStartofPageHTML() + "\r\n" + body +
-           "\r\n</body>\r\n</html>\r\n";
+           "<title>" +
+           engine.GetToolbarText() + "</title>\r\n" + engine.GetHeaderHtml() + "\r\n</head>\r\n<body>\r\n" +
+           engine.GetStartofPageHTML() + "\r\n" + body + "\r\n</body>\r\n</html>\r\n";
 }
 
 namespace fs = std::filesystem;
@@ -207,8 +207,7 @@ int RunPublish(const Args& arguments) {
         WriteFileAtomically(path, html);
         WriteOutput("wrote " + path + "\n");
     }
-    if (files->Failures() > 0)
-        throw Failure{std::to_string(files->Failures()) + " file(s) could not be published"};
+    if (files->Failures() > 0) throw Failure{std::to_string(files->Failures()) + " file(s) could not be published"};
     return 0;
 }
 

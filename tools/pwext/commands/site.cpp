@@ -30,9 +30,10 @@ int RunSite(const Args& arguments) {
     Host host(options);
     CExtensionEngine& engine = host.Engine();
     CXmlElement* found = byName ? engine.FindPageByName(page) : engine.FindCurrentPage();
-    if (!found) throw Failure{byName ? "no page named '" + page + "' in '" + file + "'" : "no current page in '" + file + "'"};
-    WriteOutput("{\"name\": " + JsonLatin1(found->GetAttribute("name")) + ", \"url\": " +
-                JsonLatin1(found->GetAttribute("url")) + "}\n");
+    if (!found)
+        throw Failure{byName ? "no page named '" + page + "' in '" + file + "'" : "no current page in '" + file + "'"};
+    WriteOutput("{\"name\": " + JsonLatin1(found->GetAttribute("name")) +
+                ", \"url\": " + JsonLatin1(found->GetAttribute("url")) + "}\n");
     return 0;
 }
 
