@@ -72,7 +72,7 @@ TEST_F(LinkDialogScreenshots, FilesDialog) {
     RunImageListDialog(nullptr, text, site);
 }
 
-TEST_F(LinkDialogScreenshots, CLinkDialog) {
+TEST_F(LinkDialogScreenshots, LinkDialog) {
     WriteHistory({"http://www.example.com/|Example", "http://www.example.org/news"});
     std::string link = "http://www.example.com/gallery/";
     Then([&](HWND d) {
