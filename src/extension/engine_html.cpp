@@ -4,6 +4,7 @@
 #include "extension/extension_engine.h"
 #include "html/color_type.h"
 #include "html/gallery_list.h"
+#include "html/image_list.h"
 #include "html/published_names.h"
 #include "html/stylesheet_safety.h"
 #include "platform/file_system.h"
@@ -118,7 +119,7 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     // A list nested deeper than the XML model takes gets no gallery; the
     // rest of the page stays.
     CXmlDocument parsed;
-    parsed.Parse(value);
+    ParseImageList(parsed, value);
     if (parsed.IsTruncated()) return std::string();
 
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));

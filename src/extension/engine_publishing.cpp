@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "extension/extension_engine.h"
+#include "html/image_list.h"
 #include "html/published_names.h"
 #include "html/definition_model.h"
 #include "platform/file_system.h"
@@ -79,7 +80,7 @@ PublishPlan CExtensionEngine::PlanCopyFiles(std::string_view outputFolder, std::
             AddCopy(plan, value, std::string(outputFolder) + std::string(name));
         } else if (rule.type == PropertyType::kImageList) {
             CXmlDocument list;
-            list.Parse(CurrentValueOf(property));
+            ParseImageList(list, CurrentValueOf(property));
             if (list.IsTruncated()) {
                 plan.leftOut.push_back("the image list of " + rule.variable + " nests deeper than " +
                                        std::to_string(CXmlDocument::kMaxDepth) + " levels");

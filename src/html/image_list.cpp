@@ -1,6 +1,77 @@
 #include "html/image_list.h"
 
+#include "xml/ascii.h"
 #include "xml/xml_document.h"
+
+namespace {
+
+bool IsNameChar(unsigned char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
+           c == '_' || c == ':' || c >= 0x80;
+}
+
+// Cuts the name at the first blank, tab, line break or NUL, after the white
+// space in front (the root's name comes with the line break after the
+// declaration). Returns whether what is left is an XML name.
+bool CutName(CXmlElement& element) {
+    std::string_view name = element.GetName();
+    std::size_t start = 0;
+    while (start < name.size() && ascii::IsSpace(static_cast<unsigned char>(name[start]))) ++start;
+    std::size_t end = start;
+    while (end < name.size() && name[end] != '\0' && !ascii::IsSpace(static_cast<unsigned char>(name[end]))) ++end;
+    name = name.substr(start, end - start);
+    bool valid = !name.empty() && std::string_view("-.0123456789").find(name[0]) == std::string_view::npos;
+    for (char c : name) valid = valid && IsNameChar(static_cast<unsigned char>(c));
+    if (valid && name.size() != element.GetName().size()) element.SetName(std::string(name));
+    return valid;
+}
+
+}  // namespace
+
+void ParseImageList(CXmlDocument& list, std::string_view text) {
+    list.Parse(text);
+    CXmlElement* root = list.GetRoot();
+    CutName(*root);
+    // Depth first with an explicit stack; elements whose names no XML parser
+    // reads (and this one cannot write back) are dropped with their content.
+    std::vector<CXmlElement*> stack{root};
+    while (!stack.empty()) {
+        CXmlElement* element = stack.back();
+        stack.pop_back();
+        for (std::size_t i = element->GetChildCount(); i-- > 0;) {
+            if (!CutName(*element->GetChild(i)))
+                element->RemoveChild(i);
+            else
+                stack.push_back(element->GetChild(i));
+        }
+    }
+    for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
+        CXmlElement* image = root->GetChild(i);
+        for (std::size_t j = 0; j < image->GetChildCount(); ++j) {
+            CXmlElement* field = image->GetChild(j);
+            if (ascii::EqualsNoCase(field->GetName(), "FILENAME")) field->DeleteChildren();
+        }
+    }
+}
+
+std::vector<ImageListEntry> ReadImageList(std::string_view text) {
+    CXmlDocument list;
+    ParseImageList(list, text);
+    std::vector<ImageListEntry> images;
+    CXmlElement* root = list.GetRoot();
+    for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
+        CXmlElement* image = root->GetChild(i);
+        if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
+        ImageListEntry e;
+        e.fileName = list.GetChildValue(image, "FILENAME");
+        e.title = list.GetChildValue(image, "TITLE");
+        e.description = list.GetChildValue(image, "DESCRIPTION");
+        e.link = list.GetChildValue(image, "URL");
+        e.target = list.GetChildValue(image, "TARGET");
+        images.push_back(std::move(e));
+    }
+    return images;
+}
 
 std::string WriteImageList(const std::vector<ImageListEntry>& images) {
     CXmlDocument list;

@@ -17,3 +17,16 @@ struct ImageListEntry {
 };
 
 std::string WriteImageList(const std::vector<ImageListEntry>& images);
+
+// Parses an image list with its names as the gallery style sheet's XML parser
+// reads them: up to the first blank, tab, line break or NUL (the document
+// parser keeps "IMAGE\n" whole), without the white space the root's name
+// starts with. Elements left without an XML name are dropped with their
+// content. A FILENAME keeps only its own text: child elements inside it are
+// dropped, so the picture published, the page's FILENAME and the Files
+// dialog's row agree.
+class CXmlDocument;
+void ParseImageList(CXmlDocument& list, std::string_view text);
+
+// The IMAGEs of an image list, in order (what the Files dialog lists).
+std::vector<ImageListEntry> ReadImageList(std::string_view text);

@@ -3,13 +3,15 @@
 std::string_view PublishedFileName(std::string_view path) {
     std::size_t last = path.find_last_of("\\/");
     std::string_view name = last == std::string_view::npos ? path : path.substr(last + 1);
-    if (name == "." || name == "..") return {};
+    // A NUL ends the path at the file system's boundary ("a/..\0x" is "a/.."
+    // there), so a path holding one names no file.
+    if (name == "." || name == ".." || path.find('\0') != std::string_view::npos) return {};
     return name;
 }
 
 bool StaysInsideFolder(std::string_view name) {
     if (!name.empty() && (name.front() == '\\' || name.front() == '/')) return false;
-    if (name.find(':') != std::string_view::npos) return false;
+    if (name.find_first_of(std::string_view(":\0", 2)) != std::string_view::npos) return false;
     std::size_t start = 0;
     while (start <= name.size()) {
         std::size_t end = name.find_first_of("\\/", start);

@@ -8,13 +8,15 @@
 #include <string_view>
 
 // The name a file is published under: the text after the last '\' or '/' of
-// its path, all of it when there is neither. "." and ".." name no file, and
-// neither does a path ending in a separator: those give the empty text.
+// its path, all of it when there is neither. "." and ".." name no file, nor
+// does a path ending in a separator or holding a NUL (which would end it
+// early at the file system): those give the empty text.
 std::string_view PublishedFileName(std::string_view path);
 
 // Whether a name from a definition (a FILE's filename, a FOLDER's name),
 // written below a folder, stays inside it: not absolute (no leading '\' or
-// '/', no drive letter or other ':'), and no part between separators is "..".
+// '/', no drive letter or other ':', no NUL), and no part between separators
+// is "..".
 bool StaysInsideFolder(std::string_view name);
 
 // A path as a URL path: every byte other than ASCII letters, digits, "-._~"

@@ -15,7 +15,6 @@
 #include "ui/link_type.h"
 #include "ui/open_file_dialog.h"
 #include "ui/resizable_dialog.h"
-#include "xml/ascii.h"
 #include "xml/xml_document.h"
 
 namespace {
@@ -130,20 +129,8 @@ private:
         SendMessageA(m_list, LVM_INSERTCOLUMNA, 0, reinterpret_cast<LPARAM>(&column));
         ListView_SetExtendedListViewStyle(m_list, ListView_GetExtendedListViewStyle(m_list) | LVS_EX_FULLROWSELECT);
 
-        CXmlDocument images;
-        images.Parse(m_imageListText);
-        CXmlElement* root = images.GetRoot();
-        for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
-            CXmlElement* image = root->GetChild(i);
-            if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
-            auto record = std::make_unique<ImageRecord>();
-            record->fileName = images.GetChildValue(image, "FILENAME");
-            record->title = images.GetChildValue(image, "TITLE");
-            record->description = images.GetChildValue(image, "DESCRIPTION");
-            record->link = images.GetChildValue(image, "URL");
-            record->target = images.GetChildValue(image, "TARGET");
-            InsertRow(ListView_GetItemCount(m_list), std::move(record));
-        }
+        for (ImageListEntry& image : ReadImageList(m_imageListText))
+            InsertRow(ListView_GetItemCount(m_list), std::make_unique<ImageRecord>(std::move(image)));
         SizeColumnsToFit();
     }
 

@@ -44,6 +44,8 @@ public:
     CXmlElement* AppendChild(std::unique_ptr<CXmlElement> child);
     // Destroys every child and resets the cursor.
     void DeleteChildren();
+    // Destroys one child and resets the cursor.
+    void RemoveChild(std::size_t index);
 
     // The first child (or null); the cursor moves behind it.
     CXmlElement* GetFirstChild();

@@ -4,14 +4,30 @@
 #include "html/image_list.h"
 #include "html/published_names.h"
 #include "fuzz_services.h"
+#include "xml/ascii.h"
 #include "xml/xml_document.h"
+
+namespace {
+
+std::size_t CountImages(CXmlDocument& list) {
+    std::size_t images = 0;
+    for (std::size_t i = 0; i < list.GetRoot()->GetChildCount(); ++i)
+        images += ascii::EqualsNoCase(list.GetRoot()->GetChild(i)->GetName(), "IMAGE");
+    return images;
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider in(data, size);
     std::string context = in.ConsumeRandomLengthString(64);
+    std::string text = in.ConsumeRandomLengthString(8192);
     CXmlDocument list;
-    list.Parse(in.ConsumeRandomLengthString(8192));
-    RewriteImageListForPage(list, context, [](std::string_view name) { return std::string(name); });
+    ParseImageList(list, text);
+    // The page shows a picture for every row of the Files dialog.
+    CXmlDocument page;
+    page.Parse(RewriteImageListForPage(list, context, [](std::string_view name) { return std::string(name); }));
+    Require(CountImages(page) == ReadImageList(text).size());
 
     std::vector<ImageListEntry> entries;
     while (in.remaining_bytes() > 0 && entries.size() < 16) {
@@ -24,9 +40,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     CXmlDocument written;
     written.Parse(WriteImageList(entries));
-    std::size_t images = 0;
-    for (std::size_t i = 0; i < written.GetRoot()->GetChildCount(); ++i)
-        images += written.GetRoot()->GetChild(i)->GetName() == "IMAGE";
-    Require(images == entries.size());
+    Require(CountImages(written) == entries.size());
     return 0;
 }

@@ -26,7 +26,10 @@ void Publish(std::string_view definition, FuzzedDataProvider& in, PathStyle styl
     std::string output = style == PathStyle::kWindows ? "C:\\site\\" : "/site/";
     std::string images = output + "images";
     PublishPlan plan = fuzzed.engine.PlanCopyFiles(output, images);
-    for (const PublishStep& step : plan.steps) Require(Inside(step.target, output));
+    // A NUL would end a path early at the file system.
+    for (const PublishStep& step : plan.steps)
+        Require(Inside(step.target, output) && step.target.find('\0') == std::string::npos &&
+                step.source.find('\0') == std::string::npos);
     fuzzed.engine.RunPlan(plan);
 
     int count = fuzzed.engine.GetURLCount();

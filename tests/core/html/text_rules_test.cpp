@@ -65,7 +65,7 @@ std::string AsIs(std::string_view name) { return std::string(name); }
 
 std::string RewriteImageListForPage(std::string_view text, std::string_view context, const NameToUtf8Fn& toUtf8) {
     CXmlDocument list;
-    list.Parse(text);
+    ParseImageList(list, text);
     return RewriteImageListForPage(list, context, toUtf8);
 }
 
@@ -113,9 +113,12 @@ TEST(GalleryList, PublishedNamesAreUrlsThatStayInTheImageFolder) {
     EXPECT_EQ(PublishedFileName("a/b\\c.jpg"), "c.jpg");
     EXPECT_EQ(PublishedFileName("."), "");
     EXPECT_EQ(PublishedFileName("dir/"), "");
+    EXPECT_EQ(PublishedFileName(std::string_view("a/..\0x", 6)), "");
+    EXPECT_EQ(PublishedFileName(std::string_view("C:\\secret\0/x.png", 16)), "");
     EXPECT_TRUE(StaysInsideFolder("css/x..y/a.css"));
     for (const char* name : {"../x", "a/../../x", "a\\..\\..", "/etc/x", "\\x", "C:x", "c:\\x"})
         EXPECT_FALSE(StaysInsideFolder(name)) << name;
+    EXPECT_FALSE(StaysInsideFolder(std::string_view("..\0/x", 5)));
 }
 
 TEST(GalleryList, RenamesTheRootAndAddsMissingFileNames) {
@@ -125,6 +128,22 @@ TEST(GalleryList, RenamesTheRootAndAddsMissingFileNames) {
     EXPECT_NE(text.find("<GALLERY>"), std::string::npos);
     EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "FILENAME"), "p/");
     EXPECT_EQ(out.GetRoot()->GetChild(1)->GetChildCount(), 0u);
+
+    // Names end at any blank, as the style sheet's parser reads them, and
+    // elements inside a FILENAME are not part of it: the Files dialog, the
+    // pictures published and the page agree on every picture.
+    const char* odd = "<LIST>\n<IMAGE\n><FILENAME\t>C:\\a.jpg</FILENAME></IMAGE>"
+                      "<IMAGE><FILENAME><B>x</B>b.jpg</FILENAME><TITLE\r\n>t</TITLE></IMAGE></LIST>";
+    std::vector<ImageListEntry> rows = ReadImageList(odd);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].fileName, "C:\\a.jpg");
+    EXPECT_EQ(rows[1].fileName, "b.jpg");
+    EXPECT_EQ(rows[1].title, "t");
+    text = RewriteImageListForPage(odd, "p", AsIs);
+    EXPECT_EQ(text.find("<B>"), std::string::npos);
+    out.Parse(text);
+    EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "FILENAME"), "p/a.jpg");
+    EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(1), "FILENAME"), "p/b.jpg");
 }
 
 TEST(StylesheetSafety, RefusesWhatCouldReadFilesOrReachTheNetwork) {
