@@ -176,10 +176,15 @@ public:
         xmlChar* bytes = nullptr;
         int length = 0;
         if (xsltSaveResultToString(&bytes, &length, result.get(), compiled) != 0) return std::string();
-        std::string utf8 =
-            bytes ? std::string(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)) : std::string();
+        // The trees are no longer needed: free them before the last copy.
+        result.reset();
+        context.reset();
+        list.reset();
+        std::string out =
+            bytes ? fromUtf8_.Convert(std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)))
+                  : std::string();
         xmlFree(bytes);
-        return fromUtf8_.Convert(utf8);
+        return out;
     }
 
 private:
