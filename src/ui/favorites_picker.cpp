@@ -8,7 +8,7 @@
 #include "ui/link_dialog_resources.h"
 #include "ui/modal_dialog.h"
 #include "ui/resizable_dialog.h"
-#include "ui/small_icons.h"
+#include "ui/picker_tree.h"
 #include "platform/own_module.h"
 #include "xml/ascii.h"
 
@@ -87,14 +87,7 @@ private:
     }
 
     HTREEITEM InsertItem(HTREEITEM parent, HTREEITEM after, const std::string& text, int image, LPARAM data) {
-        TVINSERTSTRUCTA insert = {};
-        insert.hParent = parent;
-        insert.hInsertAfter = after;
-        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
-        insert.item.pszText = const_cast<char*>(text.c_str());
-        insert.item.iImage = insert.item.iSelectedImage = image;
-        insert.item.lParam = data;
-        return reinterpret_cast<HTREEITEM>(SendMessageA(m_tree, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+        return InsertTreeItem(m_tree, parent, after, text, image, data);
     }
 
     // The folder's shortcuts, sorted, then its subfolders above them in the
@@ -138,12 +131,9 @@ private:
 
     void OnOK() {
         HTREEITEM selected = TreeView_GetSelection(m_tree);
-        TVITEMA tv = {};
-        tv.mask = TVIF_PARAM;
-        tv.hItem = selected;
-        if (selected && TreeView_GetItem(m_tree, &tv) && tv.lParam >= 0 &&
-            static_cast<std::size_t>(tv.lParam) < m_urls.size())
-            m_chosen = m_urls[static_cast<std::size_t>(tv.lParam)];
+        LPARAM index = selected ? TreeItemData(m_tree, selected) : -1;  // folders hold -1
+        if (index >= 0 && static_cast<std::size_t>(index) < m_urls.size())
+            m_chosen = m_urls[static_cast<std::size_t>(index)];
         if (!m_chosen.empty()) EndDialog(m_dialog, IDOK);
     }
 

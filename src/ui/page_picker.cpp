@@ -9,7 +9,7 @@
 #include "ui/modal_dialog.h"
 #include "ui/link_type.h"
 #include "ui/resizable_dialog.h"
-#include "ui/small_icons.h"
+#include "ui/picker_tree.h"
 #include "platform/own_module.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
@@ -24,24 +24,7 @@ const char kLastExpandedEntry[] = "LastExpanded";
 
 bool IsFolder(const CXmlElement* node) { return node && node->GetName() == "folder"; }
 
-std::string ItemText(HWND tree, HTREEITEM item) {
-    char text[512] = {};
-    TVITEMA tv = {};
-    tv.mask = TVIF_TEXT;
-    tv.hItem = item;
-    tv.pszText = text;
-    tv.cchTextMax = sizeof text;
-    TreeView_GetItem(tree, &tv);
-    return text;
-}
-
-CXmlElement* ItemNode(HWND tree, HTREEITEM item) {
-    TVITEMA tv = {};
-    tv.mask = TVIF_PARAM;
-    tv.hItem = item;
-    if (!item || !TreeView_GetItem(tree, &tv)) return nullptr;
-    return reinterpret_cast<CXmlElement*>(tv.lParam);
-}
+CXmlElement* ItemNode(HWND tree, HTREEITEM item) { return reinterpret_cast<CXmlElement*>(TreeItemData(tree, item)); }
 
 // The next item in depth-first order (children first, then siblings).
 HTREEITEM NextInTree(HWND tree, HTREEITEM item) {
@@ -55,7 +38,7 @@ HTREEITEM NextInTree(HWND tree, HTREEITEM item) {
 
 HTREEITEM FindItemByText(HWND tree, const std::string& text) {
     for (HTREEITEM item = TreeView_GetRoot(tree); item; item = NextInTree(tree, item))
-        if (ascii::EqualsNoCase(ItemText(tree, item), text)) return item;
+        if (ascii::EqualsNoCase(TreeItemText(tree, item), text)) return item;
     return nullptr;
 }
 
@@ -132,14 +115,7 @@ private:
     }
 
     HTREEITEM InsertItem(HTREEITEM parent, const std::string& text, int image, CXmlElement* node) {
-        TVINSERTSTRUCTA insert = {};
-        insert.hParent = parent;
-        insert.hInsertAfter = TVI_LAST;
-        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
-        insert.item.pszText = const_cast<char*>(text.c_str());
-        insert.item.iImage = insert.item.iSelectedImage = image;
-        insert.item.lParam = reinterpret_cast<LPARAM>(node);
-        return reinterpret_cast<HTREEITEM>(SendMessageA(m_tree, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+        return InsertTreeItem(m_tree, parent, TVI_LAST, text, image, reinterpret_cast<LPARAM>(node));
     }
 
     // Folders and pages below element, under item; without recursion, so
@@ -172,7 +148,7 @@ private:
                 auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
                 if (!m_initialising && (view->action & TVE_EXPAND) && view->itemNew.hItem != m_root)
                     CurrentHostSettings().WriteString(kSettingsSection, kLastExpandedEntry,
-                                                      ItemText(m_tree, view->itemNew.hItem));
+                                                      TreeItemText(m_tree, view->itemNew.hItem));
                 return FALSE;
             }
             case TVN_SELCHANGEDA:

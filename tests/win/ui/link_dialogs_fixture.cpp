@@ -151,17 +151,6 @@ std::string RowText(HWND dialog, int row) {
     return text;
 }
 
-std::string TreeItemText(HWND tree, HTREEITEM item) {
-    char text[512] = {};
-    TVITEMA tv = {};
-    tv.mask = TVIF_TEXT;
-    tv.hItem = item;
-    tv.pszText = text;
-    tv.cchTextMax = sizeof text;
-    SendMessageA(tree, TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&tv));
-    return text;
-}
-
 HTREEITEM FindTreeItem(HWND tree, const std::string& text) {
     std::vector<HTREEITEM> pending;
     for (HTREEITEM item = TreeView_GetRoot(tree); item; item = TreeView_GetNextSibling(tree, item))

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/picker_tree.h"  // TreeItemText
 #include "ui/host_settings.h"
 #include "xml/xml_document.h"
 
@@ -81,7 +82,6 @@ std::string RowText(HWND dialog, int row);
 
 // Tree items by their texts, depth-first.
 HTREEITEM FindTreeItem(HWND tree, const std::string& text);
-std::string TreeItemText(HWND tree, HTREEITEM item);
 // The texts of item's children (the root items for null).
 std::vector<std::string> TreeChildren(HWND tree, HTREEITEM item);
 void SelectTreeItem(HWND tree, HTREEITEM item);

@@ -4,7 +4,7 @@
 #include "ui/link_dialog_resources.h"
 #include "ui/link_type.h"
 #include "ui/page_picker.h"
-#include "ui/small_icons.h"
+#include "ui/picker_tree.h"
 
 namespace {
 
