@@ -117,16 +117,20 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     if (!services_.transformer) return std::string();
 
     // A list nested deeper than the XML model takes gets no gallery; the
-    // rest of the page stays.
-    CXmlDocument parsed;
-    ParseImageList(parsed, value);
-    if (parsed.IsTruncated()) return std::string();
-
+    // rest of the page stays. The parsed tree is gone before the
+    // transformation starts, which holds the list again in its own form.
+    std::string list;
+    {
+        CXmlDocument parsed;
+        ParseImageList(parsed, value);
+        if (parsed.IsTruncated()) return std::string();
+        list = keepPaths ? std::string(value)
+                         : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
+                               return services_.fileSystem ? services_.fileSystem->NameToUtf8(name)
+                                                           : std::string(name);
+                           });
+    }
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
-    std::string list =
-        keepPaths ? std::string(value) : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
-            return services_.fileSystem ? services_.fileSystem->NameToUtf8(name) : std::string(name);
-        });
     ReplaceVariables(stylesheet);
     // Whatever the transformer's own settings, a gallery never reads the
     // user's files or reaches the network.

@@ -52,12 +52,23 @@ bool IsWindows1252(std::string name) {
     return name == "WINDOWS-1252" || name == "CP1252";
 }
 
+bool IsAscii(std::string_view text) {
+    unsigned char any = 0;
+    for (char c : text) any |= static_cast<unsigned char>(c);
+    return any < 0x80;
+}
+
 // One direction of a code-page conversion. Bytes the target cannot hold
 // become '?', and invalid input bytes are skipped as one '?'.
 class Converter {
 public:
     Converter(const char* to, const char* from)
-        : cd_(iconv_open(to, from)), windows1252_(IsWindows1252(to) || IsWindows1252(from)) {}
+        : cd_(iconv_open(to, from)), windows1252_(IsWindows1252(to) || IsWindows1252(from)) {
+        if (!ok()) return;
+        std::string ascii;
+        for (int c = 1; c < 0x80; ++c) ascii += static_cast<char>(c);
+        asciiSame_ = ConvertWithIconv(ascii) == ascii;
+    }
     ~Converter() {
         if (ok()) iconv_close(cd_);
     }
@@ -66,6 +77,15 @@ public:
     bool ok() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
 
     std::string Convert(std::string_view text) {
+        // Plain ASCII passes unchanged, without iconv, between UTF-8 and any
+        // code page that holds ASCII as it is (checked once, above).
+        if (asciiSame_ && IsAscii(text)) return std::string(text);
+        return ConvertWithIconv(text);
+    }
+    void SetUtf8Input() { utf8Input_ = true; }
+
+private:
+    std::string ConvertWithIconv(std::string_view text) {
         std::string out;
         out.reserve(text.size() + text.size() / 4 + 16);
         iconv(cd_, nullptr, nullptr, nullptr, nullptr);
@@ -105,11 +125,10 @@ public:
         }
         return out;
     }
-    void SetUtf8Input() { utf8Input_ = true; }
 
-private:
     iconv_t cd_;
     bool windows1252_;
+    bool asciiSame_ = false;
     bool utf8Input_ = false;
 };
 
@@ -145,39 +164,62 @@ public:
 
         std::unique_ptr<xmlDoc, DocFree> list(ParseUtf8(toUtf8_.Convert(listXml)));
         if (!list) return std::string();
-        xmlDocPtr styleDoc = ParseUtf8(toUtf8_.Convert(stylesheet));
-        if (!styleDoc) return std::string();
-        // The compiled style sheet owns styleDoc from here on, when it compiles.
-        std::unique_ptr<xsltStylesheet, StyleFree> style(xsltParseStylesheetDoc(styleDoc));
-        if (!style) {
-            xmlFreeDoc(styleDoc);
-            return std::string();
-        }
-        if (style->errors) return std::string();
+        xsltStylesheetPtr compiled = Compiled(stylesheet);
+        if (!compiled) return std::string();
 
-        // Produce UTF-8 whatever xsl:output asks for, so that nothing is
-        // written as a character reference; the result goes back to the code
-        // page as a whole.
-        xmlFree(const_cast<xmlChar*>(style->encoding));
-        style->encoding = xmlStrdup(BAD_CAST "UTF-8");
-
-        std::unique_ptr<xsltTransformContext, ContextFree> context(xsltNewTransformContext(style.get(), list.get()));
+        std::unique_ptr<xsltTransformContext, ContextFree> context(xsltNewTransformContext(compiled, list.get()));
         if (!context || xsltSetCtxtSecurityPrefs(prefs, context.get()) != 0) return std::string();
         std::unique_ptr<xmlDoc, DocFree> result(
-            xsltApplyStylesheetUser(style.get(), list.get(), nullptr, nullptr, nullptr, context.get()));
+            xsltApplyStylesheetUser(compiled, list.get(), nullptr, nullptr, nullptr, context.get()));
         if (!result || context->state != XSLT_STATE_OK) return std::string();
 
         xmlChar* bytes = nullptr;
         int length = 0;
-        if (xsltSaveResultToString(&bytes, &length, result.get(), style.get()) != 0) return std::string();
-        std::string utf8 =
-            bytes ? std::string(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)) : std::string();
+        if (xsltSaveResultToString(&bytes, &length, result.get(), compiled) != 0) return std::string();
+        // The trees are no longer needed: free them before the last copy.
+        result.reset();
+        context.reset();
+        list.reset();
+        std::string out =
+            bytes ? fromUtf8_.Convert(std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)))
+                  : std::string();
         xmlFree(bytes);
-        return fromUtf8_.Convert(utf8);
+        return out;
     }
 
 private:
+    // The style sheet compiled from the last text seen: a gallery transforms
+    // with the same sheet again and again, and compiling costs more than
+    // most transformations. A different text replaces it; one that does not
+    // compile is remembered too, so it fails again without a second try.
+    xsltStylesheetPtr Compiled(std::string_view stylesheet) {
+        if (cacheValid_ && stylesheet == cachedText_) return cached_.get();
+        cached_.reset();
+        cacheValid_ = false;
+        cachedText_.assign(stylesheet);
+        xmlDocPtr styleDoc = ParseUtf8(toUtf8_.Convert(stylesheet));
+        if (styleDoc) {
+            // The compiled style sheet owns styleDoc from here on, when it compiles.
+            std::unique_ptr<xsltStylesheet, StyleFree> style(xsltParseStylesheetDoc(styleDoc));
+            if (!style) {
+                xmlFreeDoc(styleDoc);
+            } else if (!style->errors) {
+                // Produce UTF-8 whatever xsl:output asks for, so that nothing
+                // is written as a character reference; the result goes back
+                // to the code page as a whole.
+                xmlFree(const_cast<xmlChar*>(style->encoding));
+                style->encoding = xmlStrdup(BAD_CAST "UTF-8");
+                cached_ = std::move(style);
+            }
+        }
+        cacheValid_ = true;
+        return cached_.get();
+    }
+
     std::mutex mutex_;
+    std::string cachedText_;
+    std::unique_ptr<xsltStylesheet, StyleFree> cached_;
+    bool cacheValid_ = false;
     Converter toUtf8_;
     Converter fromUtf8_;
 };

@@ -69,28 +69,40 @@ bool LoadText(IXMLDOMDocument* document, std::string_view text) {
 
 }  // namespace
 
+CMsxmlTransformer::~CMsxmlTransformer() {
+    if (style_) style_->Release();
+}
+
 std::string CMsxmlTransformer::Transform(std::string_view listXml, std::string_view stylesheet) {
     ComRef<IXMLDOMDocument> source;
     ComRef<IXMLDOMDocument> style;
     bool created = CreateDocument(source);
-    created = CreateDocument(style) && created;
+    const bool reuse = style_ && styleText_ == stylesheet;
+    if (!reuse) created = CreateDocument(style) && created;
     if (!created) {
         MessageBoxA(GetActiveWindow(), kMissingComponentMessage, nullptr, MB_ICONERROR | MB_OK);
         return {};
     }
     source->put_async(VARIANT_TRUE);
-    style->put_async(VARIANT_TRUE);
-    style->put_preserveWhiteSpace(VARIANT_TRUE);
     ForbidOutsideAccess(source.get());
-    ForbidOutsideAccess(style.get());
-
     bool sourceLoaded = LoadText(source.get(), listXml);
-    bool styleLoaded = LoadText(style.get(), stylesheet);
-    if (!sourceLoaded || !styleLoaded) return {};
+    if (!reuse) {
+        if (style_) style_->Release();
+        style_ = nullptr;
+        styleText_.clear();
+        style->put_async(VARIANT_TRUE);
+        style->put_preserveWhiteSpace(VARIANT_TRUE);
+        ForbidOutsideAccess(style.get());
+        if (!LoadText(style.get(), stylesheet)) return {};
+        style_ = style.get();
+        style_->AddRef();
+        styleText_.assign(stylesheet);
+    }
+    if (!sourceLoaded) return {};
 
     BSTR output = nullptr;
     std::string result;
-    if (SUCCEEDED(source->transformNode(style.get(), &output)) && output) result = Narrow(output);
+    if (SUCCEEDED(source->transformNode(style_, &output)) && output) result = Narrow(output);
     SysFreeString(output);
     return result;
 }

@@ -9,7 +9,19 @@
 // COM must have been initialised by the host on the calling thread.
 #include "platform/xslt_transformer.h"
 
+struct IXMLDOMDocument;
+
+// The style sheet loaded last is kept with its text: a gallery is made with
+// the same style sheet again and again, and a different text replaces it.
 class CMsxmlTransformer : public CXsltTransformer {
 public:
+    CMsxmlTransformer() = default;
+    CMsxmlTransformer(const CMsxmlTransformer&) = delete;
+    CMsxmlTransformer& operator=(const CMsxmlTransformer&) = delete;
+    ~CMsxmlTransformer() override;
     std::string Transform(std::string_view listXml, std::string_view stylesheet) override;
+
+private:
+    IXMLDOMDocument* style_ = nullptr;
+    std::string styleText_;
 };

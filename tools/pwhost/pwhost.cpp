@@ -12,7 +12,9 @@
 //   info                      JSON of the small operations
 //   toolbar-text N            GetToolbarText into an N-byte buffer
 //   toolbar-bitmap FILE.bmp   GetToolbarBitmap, saved as a 24-bit BMP
-//   html body [--publish CONTEXT] | head | tail | design
+//   html body [--publish CONTEXT] [--repeat N] | head | tail | design
+//                             --repeat: GetHtml N times, the mean time per
+//                             call in milliseconds on stderr, the last text out
 //                             design: the page the design view's snapshot
 //                             loaded last, as the htmlfile stand-in recorded
 //                             it (render method 2, stand-in registered)
@@ -200,11 +202,26 @@ int CommandHtml(Plugin& plugin, int argc, char** argv) {
     const char* which = argv[0];
     if (strcmp(which, "body") == 0) {
         const char* context = "";
-        if (argc == 3 && strcmp(argv[1], "--publish") == 0)
-            context = argv[2];
-        else if (argc != 1)
-            return Usage("html body takes only --publish CONTEXT");
+        long repeat = 1;
+        for (int i = 1; i < argc; i += 2) {
+            if (i + 1 >= argc) return Usage("html body takes --publish CONTEXT and --repeat N");
+            if (strcmp(argv[i], "--publish") == 0)
+                context = argv[i + 1];
+            else if (strcmp(argv[i], "--repeat") == 0 && (repeat = strtol(argv[i + 1], nullptr, 10)) > 0)
+                continue;
+            else
+                return Usage("html body takes --publish CONTEXT and --repeat N");
+        }
+        LARGE_INTEGER frequency, start, end;
+        QueryPerformanceFrequency(&frequency);
+        QueryPerformanceCounter(&start);
+        for (long i = 1; i < repeat; ++i) o->GetHtml(context);
         CString html = o->GetHtml(context);
+        QueryPerformanceCounter(&end);
+        if (repeat > 1)
+            fprintf(stderr, "%.3f ms per GetHtml\n",
+                    1000.0 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart) /
+                        static_cast<double>(repeat));
         fwrite(html.GetText(), 1, html.GetLength(), stdout);
     } else if (strcmp(which, "head") == 0 && argc == 1) {
         CString html = o->GetHeaderHtml();
