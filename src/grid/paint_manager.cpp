@@ -7,13 +7,14 @@
 
 #include "grid/theme_api.h"
 
-namespace {
 int ScreenDpi() {
     HDC screen = GetDC(nullptr);
-    int dpi = GetDeviceCaps(screen, LOGPIXELSY);
-    ReleaseDC(nullptr, screen);
+    int dpi = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 0;
+    if (screen) ReleaseDC(nullptr, screen);
     return dpi > 0 ? dpi : 96;
 }
+
+namespace {
 
 void FillPolygon(HDC dc, const POINT* points, int count, COLORREF color) {
     HBRUSH brush = CreateSolidBrush(color);

@@ -8,6 +8,9 @@
 
 #include "grid/grid_cell.h"
 
+// The screen's DPI (96 when it cannot be read).
+int ScreenDpi();
+
 class CExtGridPaintManager {
 public:
     // dpi 0 uses the screen's.

@@ -9,8 +9,8 @@
 #include <initializer_list>
 #include <string>
 
-// The screen's DPI (96 when it cannot be read).
-int ScreenDpi();
+#include "grid/paint_manager.h"  // ScreenDpi
+
 // An image list of the icons with the given resource ids, in that order, at
 // the size for dpi; the caller destroys it.
 HIMAGELIST LoadSmallIcons(std::initializer_list<int> ids, int dpi = ScreenDpi());
