@@ -38,12 +38,8 @@ void ParseImageList(CXmlDocument& list, std::string_view text) {
     while (!stack.empty()) {
         CXmlElement* element = stack.back();
         stack.pop_back();
-        for (std::size_t i = element->GetChildCount(); i-- > 0;) {
-            if (!CutName(*element->GetChild(i)))
-                element->RemoveChild(i);
-            else
-                stack.push_back(element->GetChild(i));
-        }
+        element->RemoveChildrenIf([](CXmlElement& child) { return !CutName(child); });
+        for (std::size_t i = 0; i < element->GetChildCount(); ++i) stack.push_back(element->GetChild(i));
     }
     for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
         CXmlElement* image = root->GetChild(i);

@@ -22,11 +22,6 @@ CXmlElement* CXmlElement::AppendChild(std::unique_ptr<CXmlElement> child) {
     return children_.back().get();
 }
 
-void CXmlElement::RemoveChild(std::size_t index) {
-    children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(index));
-    cursor_ = kNoCursor;
-}
-
 void CXmlElement::DeleteChildren() {
     std::vector<std::unique_ptr<CXmlElement>> doomed = std::move(children_);
     children_.clear();

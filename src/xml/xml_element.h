@@ -9,6 +9,7 @@
 //
 // Destroying an element destroys its whole subtree without recursion, so trees
 // of any depth are safe.
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -44,8 +45,15 @@ public:
     CXmlElement* AppendChild(std::unique_ptr<CXmlElement> child);
     // Destroys every child and resets the cursor.
     void DeleteChildren();
-    // Destroys one child and resets the cursor.
-    void RemoveChild(std::size_t index);
+    // Destroys every child for which drop(child) is true, keeping the order of
+    // the others, in one pass; resets the cursor.
+    template <class Predicate>
+    void RemoveChildrenIf(Predicate drop) {
+        children_.erase(std::remove_if(children_.begin(), children_.end(),
+                                       [&drop](const std::unique_ptr<CXmlElement>& child) { return drop(*child); }),
+                        children_.end());
+        cursor_ = kNoCursor;
+    }
 
     // The first child (or null); the cursor moves behind it.
     CXmlElement* GetFirstChild();
