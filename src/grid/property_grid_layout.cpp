@@ -38,8 +38,8 @@ void CExtPropertyGridWnd::FitSplitterToNames() {
     HGDIOBJ old = SelectObject(dc, m_pm.NormalFont());
     int widest = 0;
     for (int row = 0; row < RowCount(); ++row) {
-        if (!m_rows[row].item->IsValue()) continue;
-        const std::string& name = m_rows[row].item->NameGet();
+        if (!m_rows.Item(row)->IsValue()) continue;
+        const std::string& name = m_rows.Item(row)->NameGet();
         SIZE extent{};
         GetTextExtentPoint32A(dc, name.c_str(), static_cast<int>(name.size()), &extent);
         widest = (std::max)(widest, NameLeft(row) + static_cast<int>(extent.cx));

@@ -111,7 +111,7 @@ void CExtPropertyGridWnd::PaintEditorListEntry(const DRAWITEMSTRUCT& dis) {
 // ---- painting -------------------------------------------------------------------
 
 void CExtPropertyGridWnd::PaintRow(HDC dc, int row, const RECT& rect, const RECT& clip) {
-    CExtPropertyItem* item = m_rows[row].item;
+    CExtPropertyItem* item = m_rows.Item(row);
     bool focusRow = row == m_focus;
     bool hasFocus = m_hwnd && (GetFocus() == m_hwnd || IsChild(m_hwnd, GetFocus()));
     int gutter = m_pm.Scale(14);

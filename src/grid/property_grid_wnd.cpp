@@ -1,5 +1,5 @@
 // The grid window: creation, the focus row and the window procedure. Its other
-// jobs live beside it: property_grid_rows.cpp (content), _layout (geometry),
+// jobs live beside it: grid_rows.cpp (which rows, window-free), _layout (geometry),
 // _edit (in-place editing), _paint (painting, tool tips), _input (keys, mouse).
 #include "grid/property_grid_wnd.h"
 
@@ -69,8 +69,7 @@ void CExtPropertyGridWnd::Expand(int row, bool expand) {
     item->SetExpanded(expand);
     CExtPropertyItem* focus = FocusItem();
     CancelEdit();
-    BuildRows();
-    TakeDefaults();
+    RebuildRows();
     // A collapsed category takes the focus of a row it hid.
     int newFocus = focus ? FindRow(focus) : -1;
     if (focus && newFocus < 0) newFocus = FindRow(item);
@@ -261,4 +260,47 @@ LRESULT CExtPropertyGridWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
             break;
     }
     return DefWindowProcA(m_hwnd, message, wParam, lParam);
+}
+
+// ---- content ------------------------------------------------------------------
+
+void CExtPropertyGridWnd::SetStore(CExtPropertyStore* store) {
+    CancelEdit();
+    m_store = store;
+    m_focus = -1;
+    m_top = 0;
+    Rebuild();
+}
+
+void CExtPropertyGridWnd::SetSorted(bool sorted) {
+    if (sorted == m_sorted) return;
+    CommitEdit();
+    m_sorted = sorted;
+    Rebuild();
+}
+
+void CExtPropertyGridWnd::SetFilter(const std::string& filter) {
+    if (filter == m_filter) return;
+    CommitEdit();
+    m_filter = filter;
+    Rebuild();
+}
+
+void CExtPropertyGridWnd::Rebuild() {
+    CExtPropertyItem* focusItem = FocusItem();
+    CancelEdit();
+    RebuildRows();
+    m_focus = focusItem ? FindRow(focusItem) : -1;
+    if (m_focus < 0 && RowCount() > 0 && focusItem) m_focus = 0;
+    UpdateScrollBar();
+    EnsureVisible(m_focus);
+    if (m_hwnd) InvalidateRect(m_hwnd, nullptr, FALSE);
+    NotifyFocus();
+}
+
+
+void CExtPropertyGridWnd::RebuildRows() {
+    m_rows.Build(m_store, m_sorted, m_filter);
+    m_tipRow = m_tipColumn = -1;  // the tip's text is worked out again
+    CExtGridRows::TakeDefaults(m_store);
 }

@@ -13,6 +13,7 @@
 
 #include "grid/window_binding.h"
 #include "grid/grid_cell.h"
+#include "grid/grid_rows.h"
 #include "grid/paint_manager.h"
 #include "grid/property_store.h"
 
@@ -54,10 +55,10 @@ public:
     void Rebuild();
 
     // ---- rows ----
-    int RowCount() const { return static_cast<int>(m_rows.size()); }
-    CExtPropertyItem* RowItem(int row) const;
-    int RowDepth(int row) const;
-    int FindRow(const CExtPropertyItem* item) const;
+    int RowCount() const { return m_rows.Count(); }
+    CExtPropertyItem* RowItem(int row) const { return m_rows.Item(row); }
+    int RowDepth(int row) const { return m_rows.Depth(row); }
+    int FindRow(const CExtPropertyItem* item) const { return m_rows.Find(item); }
     bool GetRowRect(int row, RECT* rect) const;
     RECT GetValueRect(int row) const;
     RECT GetButtonRect(int row, int button) const;
@@ -111,20 +112,14 @@ public:
     void OnEditorListPicked(int index);
 
 private:
-    struct Row {
-        CExtPropertyItem* item;
-        int depth;  // nesting below the category (categories and top values: 0)
-    };
-
     template <class T>
     friend LRESULT CALLBACK BoundWindowProc(HWND, UINT, WPARAM, LPARAM);
     void OnBindWindow(HWND hwnd);
     void OnUnbindWindow();
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 
-    void BuildRows();
-    void AddValueRows(CExtPropertyItem* item, int depth);
-    bool MatchesFilter(const CExtPropertyItem* item) const;
+    // Works the rows out again from the store, the order and the filter.
+    void RebuildRows();
     void UpdateScrollBar();
     void ScrollTo(int top);
     void Paint(HDC dc, const RECT& clip);
@@ -132,13 +127,11 @@ private:
     void PaintEditorListEntry(const DRAWITEMSTRUCT& dis);
     int NameLeft(int row) const;
     RECT ExpanderRect(int row) const;
-    bool RowHasChildren(int row) const;
     int HitTestButton(int row, POINT point) const;
     void MoveFocusBy(int delta);
     void OnKeyDown(WPARAM key);
     void OnChar(WPARAM ch);
     void OnLButtonDown(POINT point, bool doubleClick);
-    void TakeDefaults();
     void UpdateToolTip(POINT point);
     void NotifyFocus();
     // WM_GETOBJECT: the accessible object of the rows, made on first request.
@@ -149,7 +142,7 @@ private:
     CExtPropertyGridEvents* m_events;
     HWND m_hwnd = nullptr;
     CExtPropertyStore* m_store = nullptr;
-    std::vector<Row> m_rows;
+    CExtGridRows m_rows;
     bool m_sorted = false;
     std::string m_filter;
     int m_top = 0;

