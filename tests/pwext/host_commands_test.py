@@ -95,18 +95,6 @@ class PwextCase(unittest.TestCase):
 
 
 class HtmlCommand(PwextCase):
-    def test_design_and_published_bodies(self):
-        picture = self.write("pics/a b.png", "PNG")
-        design = self.text("html", "body", "--definition", self.definition, "--images", picture,
-                           "--set", "$text$=x=y")
-        self.assertIn('src="%s"' % picture, design)
-        self.assertIn("x=y ", design)  # only the first '=' separates
-        self.assertIn("$LEFT$px", design)
-        published = self.text("html", "body", "--publish", "--context", "gallery/", "--definition",
-                              self.definition, "--images", picture)
-        self.assertIn('<img src="gallery/a%20b.png" alt="a b.png"/>', published)
-        self.assertNotIn("<?xml", published)
-
     def test_builtin_definition_is_the_default(self):
         head = self.text("html", "head")
         self.assertIn('href="slidewave.css"', head)
@@ -117,7 +105,7 @@ class HtmlCommand(PwextCase):
 
     def test_usage_errors(self):
         for args in (["html"], ["html", "middle"], ["html", "head", "--publish"], ["html", "body", "--set", "novalue"],
-                     ["html", "body", "--definition"], ["html", "body", "--set", "FontSiz=3"],
+                     ["site"], ["html", "body", "--definition"], ["html", "body", "--set", "FontSiz=3"],
                      ["base64", "decode", "--capacity", "1"]):
             result = subprocess.run([PWEXT] + list(args), input=b"TWFu", capture_output=True)
             self.assertEqual(result.returncode, 1 if args[0] == "base64" else 2, args)
@@ -131,37 +119,6 @@ class HtmlCommand(PwextCase):
 
 
 class PublishCommand(PwextCase):
-    def test_publishes_payload_images_and_page(self):
-        pictures = [self.write("pics/%d.png" % i, "picture %d" % i) for i in range(3)]
-        site = os.path.join(self.dir, "Site")
-        out = self.text("publish", site, os.path.join(site, "Images"), "--page", "index.html",
-                        "--geometry", "10,20,300,200", "--definition", self.definition, "--images", *pictures)
-        with open(os.path.join(site, "style.css")) as f:
-            self.assertEqual(f.read(), "p { color: #102030 }")
-        with open(os.path.join(site, "raw.bin"), "rb") as f:
-            self.assertEqual(f.read(), b"\x00\x01$color$\xff")
-        for i in range(3):
-            with open(os.path.join(site, "Images", "%d.png" % i)) as f:
-                self.assertEqual(f.read(), "picture %d" % i)
-        with open(os.path.join(site, "index.html"), encoding="latin-1") as f:
-            page = f.read()
-        # The page context is the image folder as spelt on disk; the page
-        # declares the encoding of file names here.
-        self.assertIn('<img src="Images/0.png" alt="0.png"/>', page)
-        self.assertIn("charset=utf-8", page)
-        self.assertIn('style="left:10px"', page)
-        self.assertLess(page.index("<h>hello</h>"), page.index("</head>"))
-        self.assertIn("wrote " + os.path.join(site, "index.html"), out)
-        self.assertEqual(sorted(os.listdir(site)), ["Images", "index.html", "raw.bin", "style.css"])
-
-    def test_context_option_wins(self):
-        picture = self.write("p.png", "p")
-        site = os.path.join(self.dir, "s")
-        self.text("publish", site, os.path.join(site, "img"), "--page", "p.html", "--context", "elsewhere",
-                  "--definition", self.definition, "--images", picture)
-        with open(os.path.join(site, "p.html")) as f:
-            self.assertIn('src="elsewhere/p.png"', f.read())
-
     def test_missing_picture_fails_but_publishes_the_rest(self):
         present = self.write("here.png", "here")
         site = os.path.join(self.dir, "s")
@@ -194,20 +151,6 @@ class PublishCommand(PwextCase):
         warned = self.publish_page("site", "elsewhere", picture, cwd=self.dir, ok=False)
         self.assertEqual(warned.returncode, 0)
         self.assertIn(b"warning: the image folder 'elsewhere' is not inside", warned.stderr)
-
-    def test_picture_names_become_urls_and_keep_their_names_on_disk(self):
-        names = ["caf\u00e9 #1?.png", "100% & more+.png", "n" * 251 + ".png"]
-        pictures = []
-        for name in names:
-            path = os.path.join(self.dir, "pics", name).encode()
-            os.makedirs(os.path.dirname(path), exist_ok=True)
-            with open(path, "wb") as f:
-                f.write(b"x")
-            pictures.append(path.decode("utf-8", "surrogateescape"))
-        page = self.publish_page("site", "site/images", *pictures, cwd=self.dir)
-        for src in (b"caf%C3%A9%20%231%3F.png", b"100%25%20%26%20more%2B.png", b"n" * 251 + b".png"):
-            self.assertIn(b'src="images/' + src + b'"', page)
-        self.assertEqual(sorted(os.listdir(os.path.join(self.dir, "site", "images"))), sorted(names))
 
     def test_refuses_before_writing_anything(self):
         a, other = self.write("pics/a.png", "mine"), self.write("other/a.png", "other")
@@ -265,11 +208,6 @@ class BoundedCost(PwextCase):
             self.assertRegex(result.stderr, rb"nest deeper than 64 levels|expand to more than 32 MB", args)
 
 
-class LinksCommand(PwextCase):
-    def test_builtin_has_no_links(self):
-        self.assertEqual(json.loads(self.text("links", "--set-url", "0=x")), {"count": 0, "urls": [], "values": {}})
-
-
 class RecordCommand(PwextCase):
     def test_bad_records_give_one_line(self):
         record = self.run_pwext("record", "write", "--set", "$fontname$=Verdana").stdout
@@ -282,24 +220,6 @@ class RecordCommand(PwextCase):
             self.assertIn("bad project record", lines[0])
         result = self.run_pwext("html", "body", "--record", os.path.join(self.dir, "truncated"), ok=False)
         self.assertEqual(result.returncode, 1)
-
-
-class SiteCommand(PwextCase):
-    SITE = ('<site><folder name="Docs"><page name="Intro" url="docs/intro.html"/>'
-            '<page name="Now" url="docs/now.html" current_page="True"/></folder>'
-            '<page name="intro" url="intro.html"/></site>')
-
-    def test_current_and_by_name(self):
-        path = self.write("site.xml", self.SITE)
-        self.assertEqual(json.loads(self.text("site", path, "--current")), {"name": "Now", "url": "docs/now.html"})
-        self.assertEqual(json.loads(self.text("site", path, "--page", "INTRO")),
-                         {"name": "Intro", "url": "docs/intro.html"})
-
-    def test_not_found_exits_one(self):
-        path = self.write("site.xml", "<site><page name=\"a\"/></site>")
-        self.assertEqual(self.run_pwext("site", path, "--current", ok=False).returncode, 1)
-        self.assertEqual(self.run_pwext("site", path, "--page", "b", ok=False).returncode, 1)
-        self.assertEqual(self.run_pwext("site", ok=False).returncode, 2)
 
 
 def png_pixels(path):

@@ -126,22 +126,6 @@ TEST(Manifest, MessagesNameTheLine) {
     EXPECT_EQ(error("# nothing\n"), "the manifest has no element");
 }
 
-TEST(Unpack, TheBuiltInDefinitionComesBackByteForByte) {
-    std::string xml(BuiltinDefinition());
-    definition::UnpackedDefinition unpacked = definition::UnpackDefinition(xml);
-    EXPECT_TRUE(unpacked.exact);
-    std::map<std::string, std::string> files;
-    for (const auto& f : unpacked.files) files[f.path] = f.bytes;
-    EXPECT_EQ(Pack(unpacked.manifest, files), xml);
-
-    EXPECT_FALSE(files["files/slidewave.js"].empty());
-    EXPECT_FALSE(files["gallery.xsl"].empty());
-    EXPECT_EQ(files["tail.html"], "");
-    EXPECT_NE(unpacked.manifest.find("\n    [HTML_TAIL] < tail.html\n"), std::string::npos);
-    EXPECT_NE(unpacked.manifest.find("\n                gallerytemplate < gallery.xsl\n"), std::string::npos);
-    EXPECT_NE(unpacked.manifest.find("\n                description = Specified the images\n"), std::string::npos);
-}
-
 TEST(Unpack, FoldersAndUnsafeNamesStayInsideTheFolder) {
     std::string xml = Pack(
         "[EXTENSION]\n"

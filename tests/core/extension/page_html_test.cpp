@@ -7,15 +7,6 @@
 
 using testdef::Definition;
 
-TEST(PageHtml, MissingTemplatesGiveEmptyTextAndKeepTheCache) {
-    CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "v"}}}}).Text(), {});
-    EXPECT_EQ(engine.GetHeaderHtml(), "");
-    EXPECT_EQ(engine.GetStartofPageHTML(), "");
-    EXPECT_EQ(engine.GetHtmlCache(), "");
-    EXPECT_EQ(engine.GetHtml("ctx"), "");
-    EXPECT_EQ(engine.GetPageContext(), "ctx");
-}
-
 TEST(PageHtml, SnapshotHookRunsOnlyForDesignViewUpdatesWithRenderMethodTwo) {
     std::vector<std::string> snapshots;
     ExtensionServices services;

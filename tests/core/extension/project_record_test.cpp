@@ -40,58 +40,6 @@ TEST(ProjectRecord, AnUneditedObjectStoresACountOfZero) {
     EXPECT_EQ(loaded.GetHtmlCache(), "<p>default</p>");
 }
 
-TEST(ProjectRecord, StringLengthPrefixesGrowAtTheirLimits) {
-    struct Case {
-        std::size_t length;
-        std::string prefix;
-    };
-    for (const Case& c :
-         {Case{254, Bytes({254})}, Case{255, Bytes({0xFF, 0xFF, 0})}, Case{65533, Bytes({0xFF, 0xFD, 0xFF})},
-          Case{65534, Bytes({0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0, 0})},
-          Case{70000, Bytes({0xFF, 0xFF, 0xFF, 0x70, 0x11, 1, 0})}}) {
-        CHashedStringMap values;
-        values.Set("$k$", std::string(c.length, 'v'));
-        std::string record = Record(1, values);
-        std::string expected =
-            Bytes({100, 0, 0, 0, 1, 0, 0, 0, 1, 0, 3}) + "$k$" + c.prefix + std::string(c.length, 'v');
-        EXPECT_EQ(record, expected) << c.length;
-
-        ProjectRecord read;
-        CMemoryByteSource source(record);
-        ASSERT_TRUE(ReadProjectRecord(source, read).ok());
-        ASSERT_EQ(read.pairs.size(), 1u);
-        EXPECT_EQ(read.pairs[0].second.size(), c.length);
-    }
-}
-
-TEST(ProjectRecord, CountsOf65535AndMoreUseTheEscape) {
-    CHashedStringMap values;
-    for (int i = 0; i < 65536; ++i) values.Set("$" + std::to_string(i) + "$", i % 7 ? "x" : "");
-    std::string record = Record(5, values);
-    EXPECT_EQ(record.substr(8, 6), Bytes({0xFF, 0xFF, 0x00, 0x00, 0x01, 0x00}));
-
-    ProjectRecord read;
-    CMemoryByteSource source(record);
-    ASSERT_TRUE(ReadProjectRecord(source, read).ok());
-    EXPECT_EQ(read.pairs, values.Items());  // stored in the map's iteration order
-
-    CHashedStringMap just;
-    for (int i = 0; i < 65534; ++i) just.Set(std::to_string(i), "");
-    EXPECT_EQ(Record(5, just).substr(8, 2), Bytes({0xFE, 0xFF}));
-}
-
-TEST(ProjectRecord, AnyVersionLoadsAndLaterKeysWin) {
-    std::string record = Bytes({7, 0, 0, 0, 9, 0, 0, 0, 3, 0}) + Bytes({3}) + "$t$" + Bytes({1}) + "a" + Bytes({3}) +
-                         "$u$" + Bytes({0}) + Bytes({3}) + "$t$" + Bytes({1}) + "b";
-    CExtensionEngine engine(Body(), {});
-    CMemoryByteSource source(record);
-    EXPECT_TRUE(engine.LoadRecord(source).ok());
-    EXPECT_EQ(engine.GetID(), 9);
-    EXPECT_EQ(*engine.GetValues().Find("$t$"), "b");
-    EXPECT_EQ(*engine.GetValues().Find("$u$"), "");  // unknown keys are kept
-    EXPECT_EQ(engine.GetHtmlCache(), "<p>b</p>");
-}
-
 TEST(ProjectRecord, TruncatedRecordsKeepWhatWasReadAndLeaveTheHtml) {
     CHashedStringMap values;
     values.Set("$t$", "first");

@@ -54,20 +54,6 @@ TEST_F(Publishing, FailuresAreSkippedAndTheWalkGoesOn) {
     EXPECT_EQ(fs.files["C:\\Site\\Images\\/c.jpg"], "C");
 }
 
-TEST(PublishingPosix, UsesSlashAsTheSeparatorForTheSameRules) {
-    MemoryFileSystem fs(PathStyle::kPosix);
-    fs.files["/home/u/pics/a.jpg"] = "A";
-    ExtensionServices services;
-    services.fileSystem = &fs;
-    CExtensionEngine engine(Gallery(), services);
-    engine.SetValue("$images$", WriteImageList({{"/home/u/pics/a.jpg"}}));
-    engine.CopyFiles("/srv/Site/", "/srv/Site/Images/");
-    EXPECT_EQ(engine.GetPageContext(), "Images");  // POSIX names keep their case
-    EXPECT_EQ(fs.files["/srv/Site/Images/a.jpg"], "A");
-    EXPECT_EQ(fs.files["/srv/Site/outer/inner/deep.txt"], "deep");
-    EXPECT_TRUE(fs.folders.count("/srv/Site/outer"));
-}
-
 TEST_F(Publishing, NothingIsWrittenOutsideTheOutputAndImageFolders) {
     fs.files["C:\\x\\y\\../../pic.jpg"] = "P";
     fs.files["C:\\pics\\.."] = "D";

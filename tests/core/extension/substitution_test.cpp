@@ -18,17 +18,6 @@ std::string Substituted(CExtensionEngine& engine, std::string text) {
 
 }  // namespace
 
-TEST(Substitution, FilePathsAreReducedExceptInTheDesignView) {
-    std::string text = Definition()
-                           .Body("<img src=\"$file$\"><a href=\"$plain$\">")
-                           .Categories({{"G", {{"$file$", "3", "C:\\Pictures\\a.jpg"}, {"$plain$", "3", "b.jpg"}}}})
-                           .Text();
-    CExtensionEngine engine(text, {});
-    EXPECT_EQ(engine.GetHtmlCache(), "<img src=\"C:\\Pictures\\a.jpg\"><a href=\"b.jpg\">");
-    EXPECT_EQ(engine.GetHtml("x"), "<img src=\"a.jpg\"><a href=\"b.jpg\">");
-    EXPECT_EQ(Substituted(engine, "$file$"), "a.jpg");
-}
-
 class ImageListSubstitution : public ::testing::Test {
 protected:
     std::string DefinitionText(const std::string& body) {
@@ -60,35 +49,6 @@ TEST_F(ImageListSubstitution, EmptyListStillAsksTheXmlComponent) {
     CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
     ASSERT_EQ(xslt.calls.size(), 1u);
     EXPECT_EQ(xslt.calls[0].first, "");
-}
-
-TEST_F(ImageListSubstitution, DesignViewKeepsPathsAndPublishingUsesThePageContext) {
-    CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
-    xslt.calls.clear();  // the constructor's update with the empty default list
-    std::string list = WriteImageList({{"C:\\Pictures\\a.jpg", "$flag$"}});
-    engine.ReplaceValues([&] {
-        CHashedStringMap values;
-        values.Set("$images$", list);
-        values.Set("$flag$", "true");
-        return values;
-    }());
-    ASSERT_EQ(xslt.calls.size(), 1u);
-    // The style sheet had its variables replaced; the list's own texts too.
-    EXPECT_EQ(xslt.calls[0].first, [&] {
-        std::string expected = list;
-        expected.replace(expected.find("$flag$"), 6, "true");
-        return expected;
-    }());
-    EXPECT_EQ(xslt.calls[0].second, "S[true]");
-    // The transformer's declaration is dropped from the markup.
-    EXPECT_EQ(engine.GetHtmlCache().rfind("<div>[S[true]|", 0), 0u);
-
-    engine.GetHtml("pics/");
-    ASSERT_EQ(xslt.calls.size(), 2u);
-    CXmlDocument published;
-    published.Parse(xslt.calls[1].first);
-    EXPECT_EQ(published.GetChildValue(published.GetRoot()->GetChild(0), "FILENAME"), "pics/a.jpg");
-    EXPECT_EQ(published.GetChildValue(published.GetRoot()->GetChild(0), "TITLE"), "true");
 }
 
 TEST_F(ImageListSubstitution, ReplaceVariablesAlwaysRewritesFileNames) {

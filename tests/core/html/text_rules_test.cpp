@@ -29,14 +29,6 @@ TEST(ReplaceAll, WithinALimitLeavesTheTextAsItIsWhenItWouldGrowPast) {
     EXPECT_TRUE(ReplaceAllWithin(text, "x", "", 1));  // shrinking always fits
 }
 
-TEST(ReplaceAll, IsCaseSensitiveAndIgnoresEmptyVariables) {
-    std::string text = "$Images$ $images$";
-    ReplaceAll(text, "$images$", "X");
-    EXPECT_EQ(text, "$Images$ X");
-    EXPECT_EQ(ReplaceAll(text, "", "Y"), 0u);
-    EXPECT_FALSE(ContainsVariable(text, ""));
-}
-
 TEST(DeclarationStrip, DropsEverythingThroughTheDeclarationEnd) {
     EXPECT_EQ(StripXmlDeclaration("<?xml version=\"1.0\"?>\n<img/>"), "\n<img/>");
     EXPECT_EQ(StripXmlDeclaration("lead<?xml?>rest"), "rest");
@@ -67,20 +59,6 @@ std::string RewriteImageListForPage(std::string_view text, std::string_view cont
     CXmlDocument list;
     ParseImageList(list, text);
     return RewriteImageListForPage(list, context, toUtf8);
-}
-
-TEST(GalleryList, PrefixesFileNamesWithThePageContext) {
-    std::string list = WriteImageList({{"C:\\Pictures\\a.jpg", "A"}, {"plain.png"}});
-    for (const char* context : {"pics", "pics/", "pics///"}) {
-        CXmlDocument out;
-        out.Parse(RewriteImageListForPage(list, context, AsIs));
-        EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "FILENAME"), "pics/a.jpg") << context;
-        EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(1), "FILENAME"), "pics/plain.png") << context;
-        EXPECT_EQ(out.GetChildValue(out.GetRoot()->GetChild(0), "TITLE"), "A");
-    }
-    CXmlDocument bare;
-    bare.Parse(RewriteImageListForPage(list, "", AsIs));
-    EXPECT_EQ(bare.GetChildValue(bare.GetRoot()->GetChild(0), "FILENAME"), "/a.jpg");
 }
 
 TEST(GalleryList, PublishedNamesAreUrlsThatStayInTheImageFolder) {

@@ -84,26 +84,6 @@ TEST(LibxsltTransformer, NeitherReadsNorWritesFiles) {
     std::remove(written);
 }
 
-TEST(LibxsltTransformer, DrivesTheEngineGalleryEndToEnd) {
-    auto xslt = Transformer();
-    ExtensionServices services;
-    services.transformer = xslt.get();
-    std::string text = testdef::Definition()
-                           .Body("<div>$images$</div>")
-                           .Categories({{"General", {{"$images$", "6", "", "", testdef::kListingStylesheet}}}})
-                           .Text();
-    CExtensionEngine engine(text, services);
-    engine.SetValue("$images$", WriteImageList({{"C:\\Pictures\\a.jpg", "A"}, {"C:\\Pictures\\b.jpg", "B"}}));
-    engine.UpdateHtml(0);
-    EXPECT_EQ(engine.GetHtmlCache().find("<?xml"), std::string::npos);
-    EXPECT_NE(engine.GetHtmlCache().find("<img src=\"C:\\Pictures\\a.jpg\" alt=\"A\"/>"), std::string::npos)
-        << engine.GetHtmlCache();
-    std::string published = engine.GetHtml("images");
-    EXPECT_NE(published.find("<img src=\"images/a.jpg\" alt=\"A\"/><img src=\"images/b.jpg\" alt=\"B\"/>"),
-              std::string::npos)
-        << published;
-}
-
 #else
 
 TEST(LibxsltTransformer, NeedsLibxslt) { GTEST_SKIP() << "built without libxslt"; }
