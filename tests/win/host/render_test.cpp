@@ -1,7 +1,9 @@
 // The bitmap reader and the placeholder, tested in-process under Wine.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -140,3 +142,25 @@ TEST(DrawPlaceholder, GivesTheDeviceContextBackAsItWas) {
 }
 
 }  // namespace
+
+TEST(DrawPlaceholder, TextIsGreyCentredAndCutOnOneLine) {
+    for (const char* text : {"Slidewave", "A title far too long for the box it is drawn in, cut rather than wrapped"}) {
+        test_pictures::Surface surface(220, 60);
+        DrawPlaceholder(surface.Dc(), RECT{10, 5, 210, 55}, text);
+        int left = 220, right = -1, top = 60, bottom = -1;
+        for (int y = 6; y < 54; ++y)
+            for (int x = 11; x < 209; ++x) {
+                std::uint32_t c = surface.At(x, y), blue = c & 255;
+                if (c == 0xffffffu) continue;
+                EXPECT_TRUE(c >> 16 == blue && (c >> 8 & 255) == blue && blue >= 128) << std::hex << c;
+                left = std::min(left, x), right = std::max(right, x);
+                top = std::min(top, y), bottom = std::max(bottom, y);
+            }
+        ASSERT_GE(right, left) << "no text drawn: " << text;
+        EXPECT_LE(std::abs((top + bottom) / 2 - 30), 3) << text;
+        EXPECT_LT(bottom - top, 16) << text;
+        if (text[0] == 'S') {
+            EXPECT_LE(std::abs((left + right) / 2 - 110), 3);
+        }
+    }
+}

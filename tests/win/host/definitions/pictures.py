@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The pictures of the picture_*.xml test definitions, made by our own code.
 
-    pictures.py          rewrites picture_png.xml and picture_bmp.xml here
+    pictures.py          rewrites picture_png.xml here
 
 plugin_test.py imports this module for the pixels it expects: each picture
 is a gradient with a different colour in every pixel, so any shift, cut or
@@ -29,10 +29,6 @@ def png_picture():
     return rows
 
 
-def bmp_picture():
-    return gradient(90)
-
-
 def png_bytes(rows):
     def chunk(kind, data):
         return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
@@ -40,15 +36,6 @@ def png_bytes(rows):
     header = struct.pack(">IIBBBBB", len(rows[0]), len(rows), 8, 6, 0, 0, 0)
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(raw)) +
             chunk(b"IEND", b""))
-
-
-def bmp_bytes(rows):
-    """24 bits, bottom-up."""
-    width = len(rows[0])
-    pad = (4 - width * 3 % 4) % 4
-    pixels = b"".join(bytes(c for r, g, b, _ in row for c in (b, g, r)) + b"\0" * pad for row in reversed(rows))
-    info = struct.pack("<IiiHHIIiiII", 40, width, len(rows), 1, 24, 0, len(pixels), 2835, 2835, 0, 0)
-    return b"BM" + struct.pack("<IHHI", 14 + len(info) + len(pixels), 0, 0, 14 + len(info)) + info + pixels
 
 
 DEFINITION = """<?xml version="1.0" encoding="UTF-8"?>
@@ -68,10 +55,8 @@ def definition(title, filename, picture):
 
 def main():
     here = os.path.dirname(os.path.abspath(__file__))
-    for name, text in (("picture_png.xml", definition("PNG picture", "picture.png", png_bytes(png_picture()))),
-                       ("picture_bmp.xml", definition("BMP picture", "picture.bmp", bmp_bytes(bmp_picture())))):
-        with open(os.path.join(here, name), "w", newline="") as f:
-            f.write(text)
+    with open(os.path.join(here, "picture_png.xml"), "w", newline="") as f:
+        f.write(definition("PNG picture", "picture.png", png_bytes(png_picture())))
 
 
 if __name__ == "__main__":
