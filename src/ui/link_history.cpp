@@ -34,7 +34,6 @@ void CLinkHistoryCombo::LoadHistory(HWND combo, CHostSettings& settings, const c
         return;
     if (m_key) RegCloseKey(m_key);
     m_key = key;
-    m_combo = combo;
     m_section = section;
 
     for (int index = 0; index < kMaximumEntries; ++index) {
@@ -48,13 +47,4 @@ void CLinkHistoryCombo::LoadHistory(HWND combo, CHostSettings& settings, const c
         SendMessageA(combo, CB_SETITEMDATA, static_cast<WPARAM>(at), reinterpret_cast<LPARAM>(data.get()));
         m_data.push_back(std::move(data));
     }
-}
-
-std::string CLinkHistoryCombo::DataOf(int index) const {
-    if (!m_combo) return {};
-    LRESULT data = SendMessageA(m_combo, CB_GETITEMDATA, static_cast<WPARAM>(index), 0);
-    if (data == CB_ERR || data == 0) return {};
-    for (const auto& owned : m_data)
-        if (reinterpret_cast<LRESULT>(owned.get()) == data) return *owned;
-    return {};
 }

@@ -25,11 +25,7 @@ public:
     // host has no registry location or the key cannot be opened.
     void LoadHistory(HWND combo, CHostSettings& settings, const char* section);
 
-    // The data text of a list entry (empty for none).
-    std::string DataOf(int index) const;
-
 private:
-    HWND m_combo = nullptr;
     HKEY m_key = nullptr;
     std::string m_section;
     std::vector<std::unique_ptr<std::string>> m_data;

@@ -54,19 +54,6 @@ std::unique_ptr<Cell> RoundTrip(Cell& original) {
 
 }  // namespace
 
-TEST(GridCellClass, CreatesEveryToolkitCellByName) {
-    for (const char* name :
-         {"CExtGridCellString", "CExtGridCellPassword", "CExtGridCellHeader", "CExtGridCellBool", "CExtGridCellColor",
-          "CExtGridCellFile", "CExtGridCellFolder", "CExtGridCellComboBox", "CExtGridCellDropListComboBox",
-          "CExtGridCellFontName", "CExtGridCellVariant", "CExtGridCellUpDown"}) {
-        std::unique_ptr<CExtGridCell> cell(CExtGridCellClass::CreateCell(name));
-        ASSERT_NE(cell, nullptr) << name;
-        EXPECT_STREQ(cell->GetCellClass().name, name);
-    }
-    EXPECT_EQ(CExtGridCellClass::CreateCell("CExtGridCellNoSuchThing"), nullptr);
-    EXPECT_EQ(CExtGridCellClass::CreateCell("cextgridcellstring"), nullptr);  // names are exact
-}
-
 TEST(GridCellClass, KindFollowsTheBaseChain) {
     CExtGridCellFolder folder;
     EXPECT_TRUE(folder.IsKindOf(CExtGridCellFile::kClass));

@@ -57,14 +57,6 @@ protected:
     std::unique_ptr<RecordingGridCtrl> m_dialogGrid;
 };
 
-TEST_F(GridInDialog, TakesThePlaceAndIdOfThePlaceholder) {
-    EXPECT_EQ(GetDlgItem(m_dialog, 1001), m_dialogGrid->GetHwnd());
-    RECT rect;
-    GetWindowRect(m_dialogGrid->GetHwnd(), &rect);
-    EXPECT_GT(rect.right - rect.left, 300);
-    EXPECT_EQ(DialogRows().RowCount(), 9);
-}
-
 TEST_F(GridInDialog, EnterOnARowEditsAndEnterInTheEditorCommitsWithoutOk) {
     DialogRows().FocusSet(1);  // Title
     DialogKey(DialogRows().GetHwnd(), VK_RETURN);

@@ -180,21 +180,6 @@ TEST_F(GridEditing, RefusedTextIsDroppedWhenTheFocusLeaves) {
     ExpectNoEvents();
 }
 
-TEST_F(GridEditing, PickingFromTheDropDownAppliesTheEntry) {
-    Focus("Align");
-    Rows().ClickButton(0);
-    ASSERT_TRUE(Rows().IsEditing());
-    HWND combo = GetParent(Rows().EditorHwnd()) == RowsHwnd() ? Rows().EditorHwnd() : GetParent(Rows().EditorHwnd());
-    EXPECT_TRUE(SendMessageA(combo, CB_GETDROPPEDSTATE, 0, 0));
-    SendMessageA(combo, CB_SETCURSEL, 2, 0);
-    SendMessageA(RowsHwnd(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELENDOK),
-                 reinterpret_cast<LPARAM>(combo));
-    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Right");
-    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetCurSel(), 2);
-    ExpectOneEvent(PGN_VALUEAPPLIED, "Align", "Right");
-    SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
-}
-
 TEST_F(GridEditing, TypingOnADropListPicksTheNextEntryWithThatLetter) {
     Focus("Align");
     Char('r');
@@ -204,15 +189,6 @@ TEST_F(GridEditing, TypingOnADropListPicksTheNextEntryWithThatLetter) {
     Char('z');  // no entry: nothing changes
     EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
     EXPECT_EQ(m_ctrl->hooks.size(), 2u);
-}
-
-TEST_F(GridEditing, DoubleClickOnAListStepsToTheNextEntry) {
-    ClickAt(ValuePoint("Align", 0 + 200), false);
-    Key(VK_ESCAPE, Rows().EditorHwnd() ? Rows().EditorHwnd() : RowsHwnd());
-    RECT row;
-    Rows().GetRowRect(RowOf("Align"), &row);
-    ClickAt({40, (row.top + row.bottom) / 2}, true);
-    EXPECT_EQ(CellOf<CExtGridCellDropListComboBox>("Align")->GetText(), "Center");
 }
 
 TEST_F(GridEditing, ColourPopupPicksAPaletteColourByKeyboard) {
@@ -315,16 +291,6 @@ TEST_F(GridEditing, ReadOnlyCellsDoNotEdit) {
     ExpectNoEvents();
 }
 
-TEST_F(GridEditing, CellsRaiseInputCompleteThroughTheirContext) {
-    // The way cells with their own dialogs report a confirmed value.
-    Focus("Title");
-    CExtGridCellContext context = Rows().ContextForRow(Rows().FocusGet());
-    ASSERT_EQ(context.item, Value("Title"));
-    CellOf<CExtGridCellString>("Title")->SetText("From a dialog");
-    context.InputComplete();
-    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "From a dialog");
-}
-
 class GridEditingMoreKinds : public GridEditing {
 protected:
     void SetUp() override {
@@ -379,6 +345,7 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     Rows().ClickButton(0);  // the list drops in the in-place combo box
     ASSERT_TRUE(Rows().IsEditing());
     HWND combo = GetParent(Rows().EditorHwnd());
+    EXPECT_TRUE(SendMessageA(combo, CB_GETDROPPEDSTATE, 0, 0));
     EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), static_cast<LRESULT>(faces.size()));
     EXPECT_TRUE(GetWindowLongA(combo, GWL_STYLE) & CBS_OWNERDRAWFIXED);  // entries drawn in their face
     // The grid paints a selected entry on the highlight colour.

@@ -22,11 +22,6 @@ protected:
     }
 };
 
-TEST_F(GridPainting, ColourSwatchShowsTheCellsColour) {
-    CellOf<CExtGridCellColor>("Color")->SetColor(RGB(200, 30, 60));
-    EXPECT_EQ(PixelAt(SwatchCenter("Color")), RGB(200, 30, 60));
-}
-
 TEST_F(GridPainting, FocusRowNameIsHighlightedAndOthersAreNot) {
     Focus("Title");
     SetFocus(RowsHwnd());
@@ -62,28 +57,6 @@ TEST_F(GridPainting, WheelScrollsWhenTheRowsDoNotFit) {
     for (int i = 0; i < 20; ++i)
         SendMessageA(RowsHwnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
     EXPECT_EQ(Rows().GetTopRow() + Rows().VisibleRowCount(), Rows().RowCount());  // never past the end
-}
-
-TEST_F(GridPainting, ChangedValuesAreMarkedUntilTheyAreBack) {
-    // Marked values are painted in bold.
-    EXPECT_FALSE(Value("Title")->IsModified());
-    CellOf<CExtGridCellString>("Title")->SetText("Other");
-    EXPECT_TRUE(Value("Title")->IsModified());
-    CellOf<CExtGridCellString>("Title")->SetText("Hello");
-    EXPECT_FALSE(Value("Title")->IsModified());
-}
-
-TEST_F(GridPainting, ValuesInCollapsedCategoriesGetTheirBaselineToo) {
-    auto* hidden = new CExtPropertyCategory("Hidden");
-    hidden->SetExpanded(false);
-    m_store->ItemInsert(hidden);
-    auto* value = new CExtPropertyValue("Secret");
-    hidden->ItemInsert(value);
-    value->ValueActiveGetByRTC<CExtGridCellString>()->SetText("a");
-    m_ctrl->PropertyStoreSynchronize();
-    value->ValueActiveGet()->SetText("b");
-    Rows().Expand(RowOf("Hidden"), true);
-    EXPECT_TRUE(value->IsModified());
 }
 
 namespace {

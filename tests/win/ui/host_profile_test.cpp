@@ -8,7 +8,6 @@
 
 #include <string>
 
-#include "ui/link_history.h"
 #include "win/host_profile.h"
 
 namespace {
@@ -69,23 +68,6 @@ TEST(HostProfileTest, ReadsAndWritesTheHostsSettingsThroughItsApplicationObject)
     // The strings the run time handed back were all given back to it.
     EXPECT_EQ(liveStrings(), stringsBefore);
 
-    // The link history is read from the same place.
-    HKEY history = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, (std::string(kProfileKey) + "\\URL_History").c_str(), 0, nullptr, 0,
-                              KEY_ALL_ACCESS, nullptr, &history, nullptr),
-              ERROR_SUCCESS);
-    const char entry[] = "http://h.example/|Home";
-    RegSetValueExA(history, "URL_History0", 0, REG_SZ, reinterpret_cast<const BYTE*>(entry), sizeof entry);
-    RegCloseKey(history);
-    HWND combo =
-        CreateWindowExA(0, "ComboBox", "", WS_POPUP | CBS_DROPDOWN, 0, 0, 200, 200, nullptr, nullptr, nullptr, nullptr);
-    {
-        CLinkHistoryCombo links;
-        links.LoadHistory(combo, profile, "URL_History");
-        EXPECT_EQ(SendMessageA(combo, CB_GETCOUNT, 0, 0), 1);
-        EXPECT_EQ(links.DataOf(0), "Home");
-    }
-    DestroyWindow(combo);
     DeleteProfileKeys();
 }
 

@@ -137,31 +137,6 @@ TEST_F(ImageListDialogTest, RemoveDeletesEverySelectedRowAndRemoveAllTheRest) {
     EXPECT_EQ(text, Gallery({}));
 }
 
-TEST_F(ImageListDialogTest, ALargerDialogGivesTheListTheRoom) {
-    std::string text = Gallery({{"C:\\a.png"}});
-    RECT list{}, listAfter{}, ok{}, okAfter{}, title{}, titleAfter{};
-    Then([&](HWND d) {
-        auto place = [d](int id, RECT& r) {
-            GetWindowRect(GetDlgItem(d, id), &r);
-            MapWindowPoints(nullptr, d, reinterpret_cast<POINT*>(&r), 2);
-        };
-        place(IDC_IMAGE_LIST, list), place(IDOK, ok), place(IDC_TITLE, title);
-        RECT box;
-        GetWindowRect(d, &box);
-        SetWindowPos(d, nullptr, 0, 0, box.right - box.left + 200, box.bottom - box.top + 150,
-                     SWP_NOMOVE | SWP_NOZORDER);
-        place(IDC_IMAGE_LIST, listAfter), place(IDOK, okAfter), place(IDC_TITLE, titleAfter);
-        Click(d, IDOK);
-    });
-    ASSERT_TRUE(Run(text));
-    EXPECT_EQ(listAfter.right - listAfter.left, list.right - list.left + 200);
-    EXPECT_EQ(listAfter.bottom - listAfter.top, list.bottom - list.top + 150);
-    EXPECT_EQ(okAfter.left - ok.left, 200);
-    EXPECT_EQ(okAfter.top - ok.top, 150);
-    EXPECT_EQ(titleAfter.top - title.top, 150);
-    EXPECT_EQ(titleAfter.right - title.right, 200);
-}
-
 TEST_F(ImageListDialogTest, RowsShowTheirLinkType) {
     CXmlDocument* site = Site(kSite);
     std::string text = Gallery({{"C:\\mail.png", "", "", "mailto:someone", "_blank"},

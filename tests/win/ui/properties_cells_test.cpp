@@ -38,17 +38,6 @@ void RoundTrip(Cell& from, Cell& to, bool* atEnd) {
     *atEnd = in.AtEnd() && !in.Failed();
 }
 
-TEST(PropertyCells, EachIsCreatedByItsClassName) {
-    CXmlDocument definition;
-    CPropertiesDialog registersThem(&definition, nullptr);
-    for (const char* name :
-         {"CExtGridCellURL", "CExtGridCellImages", "CExtGridCellFontComboBox", "CExtGridCellUpDownRange"}) {
-        std::unique_ptr<CExtGridCell> cell(CExtGridCellClass::CreateCell(name));
-        ASSERT_NE(cell, nullptr) << name;
-        EXPECT_STREQ(cell->GetCellClass().name, name);
-    }
-}
-
 TEST(PropertyCells, LinkCellCopiesItsSiteOnlyFromItsOwnClass) {
     CXmlDocument site;
     CExtGridCellURL link;

@@ -306,14 +306,6 @@ TEST_F(PropertiesDialogTest, CaptionDeveloperAndWebsiteComeFromTheRoot) {
     EXPECT_EQ(grid, m_dialog->Grid().GetHwnd());
 }
 
-TEST_F(PropertiesDialogTest, AnEmptyTitleKeepsTheTemplateCaptionAndEmptiesThePlaceholders) {
-    Open(Definition("title=\"\"", "<PROPERTIES/>"));
-    HWND dialog = m_dialog->GetHwnd();
-    EXPECT_EQ(WindowText(dialog), "Properties");
-    EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kDeveloperId)), "");
-    EXPECT_EQ(WindowText(GetDlgItem(dialog, CPropertiesDialog::kWebsiteId)), "");
-}
-
 TEST_F(PropertiesDialogTest, TheWebsiteLinkIsBlueUnderlinedAndTakesTheMouse) {
     Open(kEveryType);
     CHyperlinkStatic& link = m_dialog->WebsiteLink();

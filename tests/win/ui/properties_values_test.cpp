@@ -18,13 +18,6 @@ TEST(PropertiesColor, ReadsTheDigitsAfterTheFirstNumberSign) {
     EXPECT_EQ(ParseColorAfterHash(""), static_cast<COLORREF>(-1));
 }
 
-TEST(PropertiesColor, WritesSevenUpperCaseCharactersRedFirst) {
-    EXPECT_EQ(FormatColorHex(RGB(0x1E, 0x3A, 0x5F)), "#1E3A5F");
-    EXPECT_EQ(FormatColorHex(RGB(0, 0, 0)), "#000000");
-    EXPECT_EQ(FormatColorHex(static_cast<COLORREF>(-1)), "#FFFFFF");
-    EXPECT_EQ(FormatColorHex(ParseColorAfterHash("#abcdef")), "#ABCDEF");
-}
-
 TEST(PropertiesFontList, NamesGoAfterTheLastLowerOrEqualEntry) {
     std::vector<std::string> faces;
     for (const char* name : {"Tahoma", "Arial", "Verdana", "Courier New", "Arial", "Zapf"}) InsertFaceName(faces, name);
