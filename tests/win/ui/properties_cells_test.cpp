@@ -12,10 +12,12 @@
 #include "grid/grid_archive.h"
 #include "grid/paint_manager.h"
 #include "grid/property_grid_ctrl.h"
+#include "link_dialogs_fixture.h"
 #include "ui/cell_font_combo.h"
 #include "ui/cell_images.h"
 #include "ui/cell_updown_range.h"
 #include "ui/cell_url.h"
+#include "ui/link_dialog_resources.h"
 #include "ui/properties_dialog.h"
 #include "test_pictures.h"
 #include "xml/xml_document.h"
@@ -148,16 +150,6 @@ TEST(ImagesHint, IsPaintedInLightGreyWhateverTheValue) {
 
 // ---- buttons --------------------------------------------------------------------
 
-BOOL CALLBACK CancelIfDialog(HWND hwnd, LPARAM) {
-    char name[16] = {};
-    GetClassNameA(hwnd, name, sizeof name);
-    if (lstrcmpA(name, "#32770") == 0 && IsWindowVisible(hwnd)) PostMessageA(hwnd, WM_COMMAND, IDCANCEL, 0);
-    return TRUE;
-}
-
-// Cancels any dialog box that the cells' buttons open on this thread.
-void CALLBACK CancelDialogs(HWND, UINT, UINT_PTR, DWORD) { EnumThreadWindows(GetCurrentThreadId(), CancelIfDialog, 0); }
-
 class RecordingCtrl : public CExtPropertyGridCtrl {
 public:
     int notifications = 0;
@@ -167,10 +159,13 @@ protected:
     void OnValueApplied(CExtPropertyValue&) override { ++notifications; }
 };
 
-// A grid with a plain row, a link row and an image-list row.
-class PropertyCellButtons : public ::testing::Test {
+// A grid with a plain row, a link row and an image-list row; the dialogs
+// their buttons open are answered by the fixture's steps (and cancelled
+// when no step is left).
+class PropertyCellButtons : public LinkDialogsTest {
 protected:
     void SetUp() override {
+        LinkDialogsTest::SetUp();
         frame = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
         ASSERT_TRUE(ctrl.Create(frame, RECT{0, 0, 400, 300}, 1001));
         auto* category = new CExtPropertyCategory("C");
@@ -187,14 +182,12 @@ protected:
     void TearDown() override {
         DestroyWindow(ctrl.GetHwnd());
         DestroyWindow(frame);
+        LinkDialogsTest::TearDown();
     }
-    // Clicks the row's button with a timer that answers the dialog it opens.
-    void ClickWith(CExtPropertyValue* row, TIMERPROC answer) {
+    void ClickButtonOf(CExtPropertyValue* row) {
         CExtPropertyGridWnd& rows = ctrl.GetGrid();
         rows.FocusSet(rows.FindRow(row));
-        UINT_PTR timer = SetTimer(nullptr, 0, 100, answer);
         rows.ClickButton(0);
-        KillTimer(nullptr, timer);
     }
 
     HWND frame = nullptr;
@@ -205,55 +198,38 @@ protected:
     CExtGridCellImages* images = nullptr;
 };
 
-// What a cell's dialog saw of its surroundings while it was open.
-struct Seen {
-    int dialogs = 0;
-    HWND owner = nullptr;
-    bool ownerEnabled = true;
-    POINT centre{}, ownerCentre{};
-} g_seen;
-
-BOOL CALLBACK NoteAndCancel(HWND hwnd, LPARAM) {
-    char name[16] = {};
-    GetClassNameA(hwnd, name, sizeof name);
-    if (lstrcmpA(name, "#32770") != 0 || !IsWindowVisible(hwnd)) return TRUE;
-    ++g_seen.dialogs;
-    g_seen.owner = GetWindow(hwnd, GW_OWNER);
-    g_seen.ownerEnabled = IsWindowEnabled(g_seen.owner) != FALSE;
-    RECT r, o;
-    GetWindowRect(hwnd, &r);
-    GetWindowRect(g_seen.owner, &o);
-    g_seen.centre = {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-    g_seen.ownerCentre = {(o.left + o.right) / 2, (o.top + o.bottom) / 2};
-    PostMessageA(hwnd, WM_COMMAND, IDCANCEL, 0);
-    return FALSE;
-}
-void CALLBACK NoteAndCancelDialogs(HWND, UINT, UINT_PTR, DWORD) {
-    EnumThreadWindows(GetCurrentThreadId(), NoteAndCancel, 0);
-}
-
-TEST_F(PropertyCellButtons, DialogsAreOwnedCentredAndGiveTheKeyboardBack) {
+TEST_F(PropertyCellButtons, DialogsAreOwnedCentredGiveTheKeyboardBackAndCancelChangesNothing) {
     SetWindowPos(frame, nullptr, 300, 200, 600, 500, SWP_NOZORDER | SWP_SHOWWINDOW);
     for (CExtPropertyValue* row : {linkRow, imagesRow}) {
-        g_seen = {};
-        ClickWith(row, NoteAndCancelDialogs);
-        EXPECT_EQ(g_seen.owner, frame);
-        EXPECT_FALSE(g_seen.ownerEnabled) << "the owner takes no input meanwhile";
-        EXPECT_LE(std::abs(g_seen.centre.x - g_seen.ownerCentre.x), 1);
-        EXPECT_LE(std::abs(g_seen.centre.y - g_seen.ownerCentre.y), 1);
+        Then([&](HWND d) {
+            EXPECT_EQ(GetWindow(d, GW_OWNER), frame);
+            EXPECT_FALSE(IsWindowEnabled(frame)) << "the owner takes no input meanwhile";
+            RECT r, o;
+            GetWindowRect(d, &r);
+            GetWindowRect(frame, &o);
+            EXPECT_LE(std::abs(r.left + r.right - o.left - o.right), 2);
+            EXPECT_LE(std::abs(r.top + r.bottom - o.top - o.bottom), 2);
+            Click(d, IDCANCEL);
+        });
+        ClickButtonOf(row);
         EXPECT_TRUE(IsWindowEnabled(frame));
         EXPECT_EQ(GetFocus(), ctrl.GetGrid().GetHwnd());
     }
+    EXPECT_EQ(link->GetText(), "index.html");
+    EXPECT_EQ(images->GetImageListText(), "<GALLERY/>");
+    EXPECT_EQ(ctrl.notifications, 0);
 }
 
 TEST_F(PropertyCellButtons, TheImagesRowOpensItsDialogOnClickDoubleClickEnterAndF4) {
     CExtPropertyGridWnd& rows = ctrl.GetGrid();
     HWND grid = rows.GetHwnd();
-    int row = rows.FindRow(imagesRow);
-    RECT value = rows.GetValueRect(row);
+    RECT value = rows.GetValueRect(rows.FindRow(imagesRow));
     LPARAM at = MAKELPARAM(value.left + 5, (value.top + value.bottom) / 2);
-    g_seen = {};
-    UINT_PTR timer = SetTimer(nullptr, 0, 50, NoteAndCancelDialogs);
+    int opened = 0;
+    for (int i = 0; i < 4; ++i) Then([&](HWND d) {
+            ++opened;
+            Click(d, IDCANCEL);
+        });
     rows.FocusSet(rows.FindRow(linkRow));
     SendMessageA(grid, WM_LBUTTONDOWN, MK_LBUTTON, at);
     SendMessageA(grid, WM_LBUTTONUP, 0, at);
@@ -261,34 +237,16 @@ TEST_F(PropertyCellButtons, TheImagesRowOpensItsDialogOnClickDoubleClickEnterAnd
     SendMessageA(grid, WM_LBUTTONUP, 0, at);
     SendMessageA(grid, WM_KEYDOWN, VK_RETURN, 0);
     SendMessageA(grid, WM_KEYDOWN, VK_F4, 0);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(g_seen.dialogs, 4);
+    EXPECT_EQ(opened, 4);
     EXPECT_EQ(images->GetImageListText(), "<GALLERY/>");
-}
-
-TEST_F(PropertyCellButtons, CancelledDialogsChangeNothingAndRaiseNothing) {
-    ClickWith(linkRow, CancelDialogs);
-    ClickWith(imagesRow, CancelDialogs);
-    EXPECT_EQ(link->GetText(), "index.html");
-    EXPECT_EQ(images->GetImageListText(), "<GALLERY/>");
-    EXPECT_EQ(ctrl.notifications, 0);
-}
-
-// Confirms the link dialog with a new link once it shows.
-BOOL CALLBACK ConfirmIfLinkDialog(HWND hwnd, LPARAM) {
-    char name[16] = {};
-    GetClassNameA(hwnd, name, sizeof name);
-    if (lstrcmpA(name, "#32770") != 0 || !IsWindowVisible(hwnd) || !GetDlgItem(hwnd, 149)) return TRUE;
-    SetDlgItemTextA(hwnd, 149, "http://example.org/new");
-    PostMessageA(GetDlgItem(hwnd, IDOK), BM_CLICK, 0, 0);
-    return FALSE;
-}
-void CALLBACK ConfirmLinkDialog(HWND, UINT, UINT_PTR, DWORD) {
-    EnumThreadWindows(GetCurrentThreadId(), ConfirmIfLinkDialog, 0);
 }
 
 TEST_F(PropertyCellButtons, AConfirmedLinkBecomesTheTextKeepsTheFocusAndCompletesInput) {
-    ClickWith(linkRow, ConfirmLinkDialog);
+    Then([](HWND d) {
+        TypeComboText(d, IDC_LINK, "http://example.org/new");
+        Click(d, IDOK);
+    });
+    ClickButtonOf(linkRow);
     EXPECT_EQ(link->GetText(), "http://example.org/new");
     EXPECT_EQ(ctrl.GetGrid().FocusGet(), ctrl.GetGrid().FindRow(linkRow));
     EXPECT_EQ(ctrl.notifications, 1);
