@@ -87,24 +87,30 @@ TEST_F(GridEditing, EscCancelsAndAnUnchangedTextRaisesNothing) {
     EXPECT_FALSE(Value("Title")->IsModified());
 }
 
-TEST_F(GridEditing, TypingStartsAnEditWithTheTypedCharacter) {
-    Focus("Title");
-    Char('Q');
-    ASSERT_TRUE(Rows().IsEditing());
-    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "Q");
-    Char('x', Rows().EditorHwnd());
-    Key(VK_RETURN, Rows().EditorHwnd());
-    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Qx");
-}
-
-TEST_F(GridEditing, DeleteStartsAnEmptyText) {
-    Focus("Title");
-    Key(VK_DELETE);
-    ASSERT_TRUE(Rows().IsEditing());
-    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "");
-    Key(VK_RETURN, Rows().EditorHwnd());
-    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "");
-    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "");
+TEST_F(GridEditing, TypingOrDeleteStartsAnEditThatKeepsEveryCharacter) {
+    struct Case {
+        const char* row;
+        WPARAM key;  // or 0 to type ch
+        char ch;
+        const char* editor;  // the editor's text after one more '2'
+        const char* stored;
+    };
+    for (const Case& c : {Case{"Title", 0, 'Q', "Q2", "Q2"}, Case{"Title", VK_DELETE, 0, "2", "2"},
+                          Case{"Size", 0, '1', "12", "12"}}) {
+        Focus(c.row);
+        m_ctrl->hooks.clear();
+        ParentEvents().clear();
+        if (c.key) {
+            Key(c.key);
+        } else {
+            Char(c.ch);
+        }
+        ASSERT_TRUE(Rows().IsEditing()) << c.row;
+        Char('2', Rows().EditorHwnd());
+        EXPECT_EQ(EditorText(Rows().EditorHwnd()), c.editor);
+        Key(VK_RETURN, Rows().EditorHwnd());
+        ExpectOneEvent(PGN_INPUTCOMPLETE, c.row, c.stored);
+    }
 }
 
 TEST_F(GridEditing, DeleteIsOfferedToDialogHandlingBeforeTheOwnersAccelerators) {
@@ -191,52 +197,44 @@ TEST_F(GridEditing, TypingOnADropListPicksTheNextEntryWithThatLetter) {
     EXPECT_EQ(m_ctrl->hooks.size(), 2u);
 }
 
-TEST_F(GridEditing, ColourPopupPicksAPaletteColourByKeyboard) {
-    Focus("Color");  // black: the palette's first colour
-    for (WPARAM key : {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
-    Rows().ClickButton(0);  // returns when the popup closes
-    EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), CExtColorPopup::Palette()[1 + 8]);
-    ExpectOneEvent(PGN_VALUEAPPLIED, "Color", FormatColorText(CExtColorPopup::Palette()[9]));
-    EXPECT_EQ(CExtColorPopup::ActiveWindow(), nullptr);
-}
-
-TEST_F(GridEditing, ColourPopupEscChangesNothing) {
-    Focus("Color");
-    PostMessageA(RowsHwnd(), WM_KEYDOWN, VK_RIGHT, 1);
-    PostMessageA(RowsHwnd(), WM_KEYDOWN, VK_ESCAPE, 1);
-    Rows().ClickButton(0);
-    EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), RGB(0, 0, 0));
-    ExpectNoEvents();
-}
-
-TEST_F(GridEditing, ColourPopupMoreColorsOpensTheColourDialog) {
-    auto* cell = new ScriptedColorCell();
-    cell->SetColor(RGB(0, 0, 0));
-    Value("Color")->ValueActiveSet(cell);
-    Focus("Color");
-    // From the first swatch five rows down reach the command under the palette.
-    for (WPARAM key : {VK_RIGHT, VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN})
-        PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
-    Rows().ClickButton(0);
-    EXPECT_EQ(cell->GetColor(), RGB(1, 2, 3));
-    ExpectOneEvent(PGN_VALUEAPPLIED, "Color", "#010203");
-}
-
-TEST_F(GridEditing, ColourPopupOffersAutomaticOnlyWhenSwitchedOn) {
-    auto* cell = CellOf<CExtGridCellColor>("Color");
-    cell->EnableAutomatic(true, RGB(10, 20, 30));
-    cell->SetColor(RGB(0, 0, 0));
-    Focus("Color");
-    // With the entry shown, Up from the first palette row lands on it.
-    for (WPARAM key : {VK_RIGHT, VK_UP, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
-    Rows().ClickButton(0);
-    EXPECT_EQ(cell->GetColor(), RGB(10, 20, 30));
-    EXPECT_EQ(cell->GetDisplayText(), "Automatic");
-    cell->EnableAutomatic(false);
-    cell->SetColor(RGB(0, 0, 0));
-    for (WPARAM key : {VK_RIGHT, VK_UP, VK_RETURN}) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
-    Rows().ClickButton(0);
-    EXPECT_EQ(cell->GetColor(), RGB(0, 0, 0));  // Up stays in the palette: black again
+TEST_F(GridEditing, ColourPopupByKeyboard) {
+    struct Case {
+        bool automatic;  // the "Automatic" entry (10, 20, 30) above the palette
+        std::vector<WPARAM> keys;
+        COLORREF chosen;
+        const char* event;  // the applied text, or null for none (cancelled or unchanged)
+    };
+    const COLORREF picked = CExtColorPopup::Palette()[1 + 8];
+    const std::string pickedText = FormatColorText(picked);
+    const Case cases[] = {
+        {false, {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_RETURN}, picked, pickedText.c_str()},
+        {false, {VK_RIGHT, VK_ESCAPE}, RGB(0, 0, 0), nullptr},
+        // Five rows down from the first swatch: "More colors..." opens the dialog.
+        {false, {VK_RIGHT, VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, RGB(1, 2, 3), "#010203"},
+        {true, {VK_RIGHT, VK_UP, VK_RETURN}, RGB(10, 20, 30), "#0A141E"},
+        {false, {VK_RIGHT, VK_UP, VK_RETURN}, RGB(0, 0, 0), nullptr},  // Up stays in the palette: black again
+    };
+    for (const Case& c : cases) {
+        auto* cell = new ScriptedColorCell();
+        cell->SetColor(RGB(0, 0, 0));
+        cell->EnableAutomatic(c.automatic, RGB(10, 20, 30));
+        Value("Color")->ValueActiveSet(cell);
+        Focus("Color");
+        m_ctrl->hooks.clear();
+        ParentEvents().clear();
+        for (WPARAM key : c.keys) PostMessageA(RowsHwnd(), WM_KEYDOWN, key, 1);
+        Rows().ClickButton(0);  // returns when the popup closes
+        EXPECT_EQ(cell->GetColor(), c.chosen);
+        if (c.automatic) {
+            EXPECT_EQ(cell->GetDisplayText(), "Automatic");
+        }
+        if (c.event) {
+            ExpectOneEvent(PGN_VALUEAPPLIED, "Color", c.event);
+        } else {
+            ExpectNoEvents();
+        }
+        EXPECT_EQ(CExtColorPopup::ActiveWindow(), nullptr);
+    }
 }
 
 TEST_F(GridEditing, FileButtonCompletesInputOnlyWhenTheDialogIsConfirmed) {
@@ -280,17 +278,6 @@ TEST_F(GridEditing, UpDownStepsByButtonsAndArrowsAndRespectsItsHooks) {
     Key(VK_ESCAPE, Rows().EditorHwnd());
 }
 
-TEST_F(GridEditing, ReadOnlyCellsDoNotEdit) {
-    CellOf<CExtGridCellString>("Title")->SetReadOnly(true);
-    Focus("Title");
-    Key(VK_F2);
-    Char('x');
-    Key(VK_DELETE);
-    EXPECT_FALSE(Rows().IsEditing());
-    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Hello");
-    ExpectNoEvents();
-}
-
 class GridEditingMoreKinds : public GridEditing {
 protected:
     void SetUp() override {
@@ -309,6 +296,20 @@ protected:
     }
 };
 
+TEST_F(GridEditingMoreKinds, ReadOnlyCellsAndHeadingsDoNotEdit) {
+    CellOf<CExtGridCellString>("Title")->SetReadOnly(true);
+    for (const auto& [row, text] : {std::pair<const char*, const char*>{"Title", "Hello"}, {"Heading", "Fixed"}}) {
+        Focus(row);
+        Key(VK_F2);
+        Key(VK_RETURN);
+        Char('x');
+        Key(VK_DELETE);
+        EXPECT_FALSE(Rows().IsEditing()) << row;
+        EXPECT_EQ(Value(row)->ValueActiveGet()->GetText(), text);
+    }
+    ExpectNoEvents();
+}
+
 TEST_F(GridEditingMoreKinds, PasswordsAreEditedHidden) {
     Focus("Secret");
     EXPECT_EQ(CellOf<CExtGridCellPassword>("Secret")->GetDisplayText(), "**");
@@ -318,17 +319,6 @@ TEST_F(GridEditingMoreKinds, PasswordsAreEditedHidden) {
     Enter("new one");
     EXPECT_EQ(CellOf<CExtGridCellPassword>("Secret")->GetText(), "new one");
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Secret", "new one");
-}
-
-TEST_F(GridEditingMoreKinds, HeadingsCannotBeEdited) {
-    Focus("Heading");
-    Key(VK_F2);
-    Key(VK_RETURN);
-    Char('x');
-    Key(VK_DELETE);
-    EXPECT_FALSE(Rows().IsEditing());
-    EXPECT_EQ(CellOf<CExtGridCellHeader>("Heading")->GetText(), "Fixed");
-    ExpectNoEvents();
 }
 
 TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOnes) {
@@ -367,16 +357,6 @@ TEST_F(GridEditingMoreKinds, FontNamesListInstalledFacesSortedWithoutVerticalOne
     SendMessageA(combo, CB_SHOWDROPDOWN, FALSE, 0);
     Enter(faces.back().c_str());
     EXPECT_EQ(cell->GetText(), faces.back());
-}
-
-TEST_F(GridEditing, TypingIntoAComboKeepsEveryCharacter) {
-    Focus("Size");
-    Char('1');
-    ASSERT_TRUE(Rows().IsEditing());
-    Char('2', Rows().EditorHwnd());
-    EXPECT_EQ(EditorText(Rows().EditorHwnd()), "12");
-    Key(VK_RETURN, Rows().EditorHwnd());
-    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetCurSel(), 2);
 }
 
 TEST_F(GridEditing, ResetPutsBackTheFirstValueAndCompletesInput) {
