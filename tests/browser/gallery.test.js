@@ -30,7 +30,8 @@ after(async () => {
   fs.rmSync(work, { recursive: true, force: true });
 });
 
-// Serves the site, opens it and waits until every gallery has started.
+// Serves the site, opens it and waits until every gallery lists every
+// picture there is.
 async function open(site, { php = false, reducedMotion = 'no-preference', width = 1000, height = 700 } = {}) {
   const server = php ? await phpServer(site) : await staticServer(site);
   const page = await browser.newPage({ viewport: { width, height }, reducedMotion });
@@ -39,7 +40,7 @@ async function open(site, { php = false, reducedMotion = 'no-preference', width 
   await page.goto(server.url + 'index.html');
   await page.waitForFunction(() => {
     const roots = document.querySelectorAll('[id="slidewave"]');
-    return roots.length > 0 && [...roots].every((r) => r.querySelector('[id="loading"]').style.display === 'none');
+    return roots.length > 0 && [...roots].every((r) => r.gallery && r.gallery.settled);
   }, null, { timeout: 15000 });
   return { page, problems, close: async () => { await page.close(); await server.close(); } };
 }

@@ -51,19 +51,30 @@ Gallery.prototype.prepare = function () {
     if (this.slider) this.slider.style.top = '10px';
   }
 
-  // Start when all pictures loaded or failed, or at the time-out.
-  var images = this.strip.getElementsByTagName('img'), pending = images.length;
-  var settle = function () {
-    if (--pending <= 0 || self.started) self.start();
+  // Start as soon as the first picture that loads has loaded (or at the
+  // time-out); the others join the strip as they arrive, a frame's worth at
+  // a time. settled tells that the strip lists every picture there is.
+  var images = this.strip.getElementsByTagName('img');
+  this.pending = images.length;
+  var arrived = function () {
+    self.pending--;
+    if (!self.started) {
+      for (var i = 0; i < images.length && images[i].state === 'failed'; i++);
+      if (i < images.length && !images[i].state) return;
+      self.start();
+    } else if (!self.relist) {
+      self.relist = requestAnimationFrame(function () { self.relist = 0; self.start(); });
+    }
   };
-  for (var i = 0; i < images.length; i++) this.watch(images[i], settle);
+  for (var i = 0; i < images.length; i++) this.watch(images[i], arrived);
   if (!images.length) this.start();
-  setTimeout(function () { self.start(); }, TIMEOUT);
+  setTimeout(function () { if (!self.started) self.start(); }, TIMEOUT);
 };
 
 Gallery.prototype.watch = function (img, settle) {
   var self = this, viaPhp = /reflect\.php/.test(img.src), original = img.getAttribute('longdesc');
   img.draggable = false;
+  img.decoding = 'async';
   img.style.display = 'none';
   var ok = function () {
     img.state = viaPhp ? 'reflected' : 'plain';
@@ -141,6 +152,7 @@ Gallery.prototype.start = function () {
       ratio: w * (reflected ? 1 + REFLECTION : 1) / h });
   }
   var n = this.items.length;
+  this.settled = this.pending <= 0;
   this.target = clamp(this.target, 0, n - 1 || 0);
   this.offset = clamp(this.offset, 0, n - 1 || 0);
   if (this.bar) this.bar.style.visibility = n > 1 ? 'visible' : 'hidden';
@@ -148,32 +160,38 @@ Gallery.prototype.start = function () {
 };
 
 // The current picture fits the strip and half its width; the others
-// shrink and darken with distance. Only neighbours are displayed.
+// shrink and darken with distance. Only neighbours are displayed, and only
+// they are touched: the cost of a frame does not grow with the gallery.
 Gallery.prototype.layout = function () {
   var n = this.items.length, W = this.root.clientWidth;
   var below = (this.captions ? this.captions.offsetHeight : 0) + (this.bar ? 26 : 0);
   var H = Math.max(20, this.root.clientHeight - below - 8);
+  var shown = [];
   this.strip.style.height = H + 'px';
-  if (!n) return this.caption('No pictures to show');
-
-  var top = H * 0.04, tallest = (H - 2 * top) / (1 + this.mirror), step = Math.max(24, W * 0.16);
-  for (var i = 0; i < n; i++) {
-    var item = this.items[i], style = item.element.style, d = i - this.offset, a = Math.abs(d);
-    if (a > SIDE + 1) {
-      style.display = 'none';
-      continue;
+  if (n) {
+    var top = H * 0.04, tallest = (H - 2 * top) / (1 + this.mirror), step = Math.max(24, W * 0.16);
+    var first = Math.max(0, Math.ceil(this.offset - SIDE - 1)), last = Math.min(n - 1, this.offset + SIDE + 1);
+    for (var i = first; i <= last; i++) {
+      var item = this.items[i], style = item.element.style, d = i - this.offset, a = Math.abs(d);
+      var h = Math.min(tallest, W * 0.5 / item.ratio) / (1 + 0.35 * a), w = h * item.ratio;
+      var centre = W / 2 + (a < 1 ? d * step * 1.6 : (d < 0 ? -1 : 1) * step * (0.6 + a));
+      style.display = 'block';
+      style.left = centre - w / 2 + 'px';
+      style.top = top + tallest - h + 'px';  // all pictures stand on one line
+      style.width = w + 'px';
+      style.height = h * (item.reflected ? 1 + REFLECTION : 1) + 'px';
+      style.zIndex = 1000 - Math.round(a * 10);
+      style.filter = a < 0.01 ? '' : 'brightness(' + Math.max(0.3, 1 - 0.3 * a) + ')';
+      style.cursor = a > 0.5 ? 'pointer' : '';
+      shown.push(item.element);
     }
-    var h = Math.min(tallest, W * 0.5 / item.ratio) / (1 + 0.35 * a), w = h * item.ratio;
-    var centre = W / 2 + (a < 1 ? d * step * 1.6 : (d < 0 ? -1 : 1) * step * (0.6 + a));
-    style.display = 'block';
-    style.left = centre - w / 2 + 'px';
-    style.top = top + tallest - h + 'px';  // all pictures stand on one line
-    style.width = w + 'px';
-    style.height = h * (item.reflected ? 1 + REFLECTION : 1) + 'px';
-    style.zIndex = 1000 - Math.round(a * 10);
-    style.filter = a < 0.01 ? '' : 'brightness(' + Math.max(0.3, 1 - 0.3 * a) + ')';
-    style.cursor = a > 0.5 ? 'pointer' : '';
   }
+  // What was displayed before and is not now goes.
+  for (var j = 0; j < (this.shown || []).length; j++) {
+    if (shown.indexOf(this.shown[j]) < 0) this.shown[j].style.display = 'none';
+  }
+  this.shown = shown;
+  if (!n) return this.caption('No pictures to show');
   var index = Math.round(this.offset);
   this.caption(this.items[index].img.alt);
   if (this.slider && this.bar) {
