@@ -34,8 +34,11 @@ TEST_F(LinkDialogTest, OkReturnsTheEditedLinkAndCancelKeepsIt) {
     EXPECT_EQ(link, "http://new.example/");
 }
 
-TEST_F(LinkDialogTest, APageOfTheSiteOpensAsInternalWebPageWithItsName) {
+TEST_F(LinkDialogTest, OpensWithTheTypeTheLinkHas) {
     CXmlDocument* site = Site(kSite);
+    // A page of the site shows its name; a relative link to no known page
+    // stays in the link box, the page still to be chosen; an e-mail address
+    // (any case) hides Favorites.
     std::string link = "./news.html";
     Then([](HWND d) {
         ExpectPageLinkControls(d);
@@ -44,11 +47,8 @@ TEST_F(LinkDialogTest, APageOfTheSiteOpensAsInternalWebPageWithItsName) {
     });
     ASSERT_TRUE(Run(link, site));
     EXPECT_EQ(link, "./news.html");
-}
 
-TEST_F(LinkDialogTest, ARelativeLinkToNoKnownPageStaysInTheLinkBox) {
-    CXmlDocument* site = Site(kSite);
-    std::string link = "./missing.html";
+    link = "./missing.html";
     Then([](HWND d) {
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
         EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
@@ -57,10 +57,8 @@ TEST_F(LinkDialogTest, ARelativeLinkToNoKnownPageStaysInTheLinkBox) {
         Click(d, IDCANCEL);
     });
     Run(link, site);
-}
 
-TEST_F(LinkDialogTest, AnEmailAddressOpensWithFavoritesHidden) {
-    std::string link = "MailTo:x@example.com";
+    link = "MailTo:x@example.com";
     Then([](HWND d) {
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkEmailAddress);
         EXPECT_FALSE(Visible(d, IDC_FAVORITES));
@@ -119,41 +117,28 @@ TEST_F(LinkDialogTest, SelectTakesThePagesUrlAndCancelInThePickerChangesNothing)
     EXPECT_EQ(link, "./index.html");
 }
 
-TEST_F(LinkDialogTest, HistoryListsTheValuesUpToTheFirstMissingOne) {
-    WriteHistory({"http://a.example/|A site", "b.example", "c.example|"});
-    std::string link = "http://x.example/";
-    std::vector<std::string> entries;
-    Then([&](HWND d) {
-        for (int i = 0; i < ComboCount(d, IDC_LINK); ++i) entries.push_back(ComboEntry(d, IDC_LINK, i));
-        ChooseComboEntry(d, IDC_LINK, 1);
-        Click(d, IDOK);
-    });
-    ASSERT_TRUE(Run(link));
-    EXPECT_EQ(entries, (std::vector<std::string>{"http://a.example/", "b.example", "c.example"}));
-    EXPECT_EQ(link, "b.example");
-}
-
-TEST_F(LinkDialogTest, HistoryStopsAtAnEmptyValueAndAtSixteenEntries) {
-    std::vector<std::string> values;
-    for (int i = 0; i < 20; ++i) values.push_back("h" + std::to_string(i));
-    WriteHistory(values);
-    std::string link;
-    int count = 0;
-    Then([&](HWND d) {
-        count = ComboCount(d, IDC_LINK);
-        Click(d, IDCANCEL);
-    });
-    Run(link);
-    EXPECT_EQ(count, 16);
-
-    WriteHistory({"a|b", ""});
-    Then([&](HWND d) {
-        count = ComboCount(d, IDC_LINK);
-        EXPECT_EQ(ComboEntry(d, IDC_LINK, 0), "a");
-        Click(d, IDCANCEL);
-    });
-    Run(link);
-    EXPECT_EQ(count, 1);
+TEST_F(LinkDialogTest, HistoryShowsTheTextsBeforeTheBarUpToAMissingOrEmptyValueOrSixteen) {
+    std::vector<std::string> twenty;
+    for (int i = 0; i < 20; ++i) twenty.push_back("h" + std::to_string(i));
+    // Each list is written over the one before.
+    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
+        {{"http://a.example/|A site", "b.example", "c.example|"}, {"http://a.example/", "b.example", "c.example"}},
+        {twenty, {twenty.begin(), twenty.begin() + 16}},
+        {{"a|b", ""}, {"a"}},
+    };
+    for (const auto& [values, shown] : cases) {
+        WriteHistory(values);
+        std::string link = "http://x.example/";
+        std::vector<std::string> entries;
+        Then([&](HWND d) {
+            for (int i = 0; i < ComboCount(d, IDC_LINK); ++i) entries.push_back(ComboEntry(d, IDC_LINK, i));
+            ChooseComboEntry(d, IDC_LINK, ComboCount(d, IDC_LINK) - 1);
+            Click(d, IDOK);
+        });
+        ASSERT_TRUE(Run(link));
+        EXPECT_EQ(entries, shown);
+        EXPECT_EQ(link, shown.back());
+    }
 }
 
 }  // namespace
