@@ -8,7 +8,6 @@ usage: compare_engine.py PWEXT [COUNT] [SEED]
 import json
 import os
 import random
-import struct
 import subprocess
 import sys
 import tempfile
@@ -39,9 +38,7 @@ def random_record(rng, case):
     for _ in range(rng.randint(0, 6)):
         value = rng.choice([b"", b"v", b"#00FF00", b"x" * 254, b"y" * 255, b"z" * 300, b"w" * 65534, b"q" * 70000])
         pairs.append((rng.choice(keys), value))
-    data = struct.pack("<ii", rng.choice([100, 7, -1]), rng.randint(-5, 5))
-    data += engine_model.write_count(len(pairs))
-    data += b"".join(engine_model.write_string(k) + engine_model.write_string(v) for k, v in pairs)
+    data = engine_model.write_record(rng.choice([100, 7, -1]), rng.randint(-5, 5), pairs)
     if rng.random() < 0.15:
         data = data[:rng.randrange(len(data))]
     elif rng.random() < 0.05:
@@ -296,8 +293,7 @@ def check_big_record(checker, folder):
     cwd = os.path.join(folder, "big-record")
     os.makedirs(cwd)
     pairs = [(b"k%d" % i, b"v" * (i % 300)) for i in range(65536)]
-    data = struct.pack("<ii", 7, 9) + engine_model.write_count(len(pairs))
-    data += b"".join(engine_model.write_string(k) + engine_model.write_string(v) for k, v in pairs)
+    data = engine_model.write_record(7, 9, pairs)
     with open(os.path.join(cwd, "record.bin"), "wb") as f:
         f.write(data)
     m = engine_model.Engine(run(checker.pwext, [b"definition"], cwd).stdout)

@@ -337,9 +337,7 @@ class Engine:
 
     # --- project record -------------------------------------------------
     def store_record(self):
-        items = self.values.items()
-        head = struct.pack("<ii", 100, self.object_id) + write_count(len(items))
-        return head + b"".join(write_string(k) + write_string(v) for k, v in items)
+        return write_record(100, self.object_id, self.values.items())
 
     def load_record(self, data):
         """Reads a record into the object; returns the error text or None."""
@@ -422,6 +420,13 @@ class ModelFileSystem:
 # --- archive encoding -----------------------------------------------------
 def write_count(n):
     return struct.pack("<H", n) if n < 0xFFFF else struct.pack("<HI", 0xFFFF, n)
+
+
+def write_record(version, object_id, pairs):
+    """A project record: version, ID, then the count and the key/value pairs."""
+    pairs = list(pairs)
+    head = struct.pack("<ii", version, object_id) + write_count(len(pairs))
+    return head + b"".join(write_string(k) + write_string(v) for k, v in pairs)
 
 
 def write_string(s):

@@ -23,7 +23,7 @@ import unittest
 
 # The project record's archive encoding, shared with the engine model.
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "model"))
-from engine_model import write_count, write_string  # noqa: E402
+from engine_model import write_record  # noqa: E402
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "definitions"))
 import pictures  # noqa: E402  (the pictures of the picture_*.xml definitions)
@@ -99,9 +99,8 @@ def read_bmp(path):
     return width, abs(height), rows
 
 
-def record_bytes(record_id, pairs, version=100):
-    body = struct.pack("<Ii", version, record_id) + write_count(len(pairs))
-    return body + b"".join(write_string(k) + write_string(v) for k, v in pairs)
+def record_bytes(record_id, pairs):
+    return write_record(100, record_id, pairs)
 
 
 class Scratch(unittest.TestCase):
