@@ -131,14 +131,14 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     for (const BuiltGallery& built : builtGalleries_)
         if (built.keepPaths == keepPaths && built.value == value && built.stylesheet == stylesheet) return built.markup;
 
-    // A list nested deeper than the XML model takes gets no gallery; the
-    // rest of the page stays. The parsed tree is gone before the
-    // transformation starts, which holds the list again in its own form.
+    // A list too deep or too large gets no gallery; the rest of the page
+    // stays. The parsed tree is gone before the transformation starts, which
+    // holds the list again in its own form.
+    if (static_cast<std::size_t>(std::count(value.begin(), value.end(), '<')) > kMaxGalleryTags) return std::string();
     std::string list;
     {
         CXmlDocument parsed;
-        ParseImageList(parsed, value);
-        if (parsed.IsTruncated()) return std::string();
+        if (!ParseImageList(parsed, value)) return std::string();
         list = keepPaths ? std::string(value)
                          : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
                                return services_.fileSystem ? services_.fileSystem->NameToUtf8(name)

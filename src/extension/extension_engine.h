@@ -100,7 +100,11 @@ public:
     // UpdateHtml(1) and returns the HTML cache.
     std::string GetHtml(const char* context);
     // The gallery markup of an image-list property for value; keepPaths zero
-    // rewrites file names to the page context's folder.
+    // rewrites file names to the page context's folder. A list nested deeper
+    // than the XML model takes, or (after substitution) holding more than
+    // kMaxGalleryTags tags, gets none: each element costs a couple of
+    // hundred bytes, and values may expand to kMaxSubstitutedText.
+    static constexpr std::size_t kMaxGalleryTags = 300000;  // 25,000 pictures with every field
     std::string GetGalleryCode(const CXmlElement& property, std::string_view value, int keepPaths);
 
     // --- publishing --------------------------------------------------------------

@@ -28,7 +28,7 @@ bool CutName(CXmlElement& element) {
 
 }  // namespace
 
-void ParseImageList(CXmlDocument& list, std::string_view text) {
+bool ParseImageList(CXmlDocument& list, std::string_view text) {
     list.Parse(text);
     CXmlElement* root = list.GetRoot();
     CutName(*root);
@@ -48,6 +48,7 @@ void ParseImageList(CXmlDocument& list, std::string_view text) {
             if (ascii::EqualsNoCase(field->GetName(), "FILENAME")) field->DeleteChildren();
         }
     }
+    return !list.IsTruncated();
 }
 
 std::vector<ImageListEntry> ReadImageList(std::string_view text) {

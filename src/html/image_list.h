@@ -25,8 +25,10 @@ std::string WriteImageList(const std::vector<ImageListEntry>& images);
 // content. A FILENAME keeps only its own text: child elements inside it are
 // dropped, so the picture published, the page's FILENAME and the Files
 // dialog's row agree.
+// Returns false when the list nests deeper than the XML model takes (list
+// then holds what came before).
 class CXmlDocument;
-void ParseImageList(CXmlDocument& list, std::string_view text);
+bool ParseImageList(CXmlDocument& list, std::string_view text);
 
 // The IMAGEs of an image list, in order (what the Files dialog lists).
 std::vector<ImageListEntry> ReadImageList(std::string_view text);

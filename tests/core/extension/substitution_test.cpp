@@ -69,11 +69,13 @@ TEST_F(ImageListSubstitution, AValueMentioningItsOwnVariableDoesNotRecurseForeve
     EXPECT_NE(xslt.calls[0].first.find("<TITLE>see </TITLE>"), std::string::npos);
 }
 
-TEST_F(ImageListSubstitution, ListsThatCouldReachOutsideOrNestTooDeepGetNoGalleryOnly) {
+TEST_F(ImageListSubstitution, ListsThatCouldReachOutsideNestTooDeepOrCostTooMuchGetNoGalleryOnly) {
     CExtensionEngine engine(DefinitionText("<div>$images$</div>"), Services());
-    std::string deep = "<GALLERY>";
+    std::string deep = "<GALLERY>", large = "<GALLERY>";
     for (int i = 0; i < CXmlDocument::kMaxDepth; ++i) deep += "<IMAGE>";
-    for (const std::string& list : {std::string("<!DOCTYPE GALLERY SYSTEM 'file:///etc/passwd'><GALLERY/>"), deep}) {
+    for (std::size_t i = 0; i < CExtensionEngine::kMaxGalleryTags; ++i) large += "<a/>";
+    for (const std::string& list :
+         {std::string("<!DOCTYPE GALLERY SYSTEM 'file:///etc/passwd'><GALLERY/>"), deep, large}) {
         engine.SetValue("$images$", list);
         xslt.calls.clear();
         engine.UpdateHtml(0);
