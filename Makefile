@@ -32,11 +32,13 @@ demo: windows
 test: windows
 	@bash scripts/test
 
-# Every fuzz target for FUZZ_SECONDS each, FUZZ_JOBS at a time.
+# Every fuzz target (or those FUZZ_TARGETS names) for FUZZ_SECONDS each,
+# FUZZ_JOBS at a time.
 FUZZ_SECONDS ?= 60
 FUZZ_JOBS ?= 1
+FUZZ_TARGETS ?=
 fuzz: setup
-	@bash scripts/fuzz $(FUZZ_SECONDS) $(FUZZ_JOBS)
+	@bash scripts/fuzz $(FUZZ_SECONDS) $(FUZZ_JOBS) $(FUZZ_TARGETS)
 
 bench: native
 	@bash scripts/bench
