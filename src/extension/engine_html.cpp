@@ -74,12 +74,6 @@ void CExtensionEngine::ReplaceVariables(std::string& text) {
     ForEachProperty(root, [&](const CXmlElement& property) {
         if (ReplacementFor(property, text, true, 0, variable, replacement)) Replace(text, variable, replacement);
     });
-    if (expanding_.empty()) ForgetBuiltGalleries();
-}
-
-void CExtensionEngine::ForgetBuiltGalleries() {
-    builtGalleries_.clear();
-    builtGalleryBytes_ = 0;
 }
 
 void CExtensionEngine::UpdateHtml(int publishing) {
@@ -94,7 +88,6 @@ void CExtensionEngine::UpdateHtml(int publishing) {
             Replace(htmlCache_, variable, replacement);
     });
 
-    ForgetBuiltGalleries();
     if (publishing == 0 && renderMethod_ == 2 && services_.onDesignHtml) services_.onDesignHtml(htmlCache_);
 }
 
@@ -123,14 +116,6 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     // whenever a gallery is generated.
     if (!services_.transformer) return std::string();
 
-    std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
-    ReplaceVariables(stylesheet);
-    // Whatever the transformer's own settings, a gallery never reads the
-    // user's files or reaches the network.
-    if (StylesheetReachesOutside(stylesheet) || DeclaresDocumentType(value)) return std::string();
-    for (const BuiltGallery& built : builtGalleries_)
-        if (built.keepPaths == keepPaths && built.value == value && built.stylesheet == stylesheet) return built.markup;
-
     // A list too deep or too large gets no gallery; the rest of the page
     // stays. The parsed tree is gone before the transformation starts, which
     // holds the list again in its own form.
@@ -145,12 +130,10 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
                                                            : std::string(name);
                            });
     }
-    std::string markup = StripXmlDeclaration(services_.transformer->Transform(list, stylesheet));
-    // What is kept stays well below the substitution limit.
-    std::size_t bytes = value.size() + stylesheet.size() + markup.size();
-    if (builtGalleryBytes_ + bytes <= kMaxSubstitutedText) {
-        builtGalleryBytes_ += bytes;
-        builtGalleries_.push_back({keepPaths, std::string(value), stylesheet, markup});
-    }
-    return markup;
+    std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
+    ReplaceVariables(stylesheet);
+    // Whatever the transformer's own settings, a gallery never reads the
+    // user's files or reaches the network.
+    if (StylesheetReachesOutside(stylesheet) || DeclaresDocumentType(value)) return std::string();
+    return StripXmlDeclaration(services_.transformer->Transform(list, stylesheet));
 }

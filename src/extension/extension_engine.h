@@ -141,7 +141,6 @@ public:
     RecordReadResult LoadRecord(CByteSource& source);
 
 private:
-    void ForgetBuiltGalleries();
     char Separator() const;
     void Replace(std::string& text, const std::string& variable, const std::string& replacement);
     void PlanPayload(const CXmlElement& parent, std::string_view folder, PublishPlan& plan);
@@ -172,15 +171,5 @@ private:
     std::string pageContext_;
     // Variables of image-list properties whose gallery is being built.
     std::vector<std::string> expanding_;
-    // Galleries built during one substitution pass, so that a list met
-    // again in the same pass (two properties, or a value that mentions
-    // another list) is not parsed and transformed again. Emptied when the
-    // outermost pass ends.
-    struct BuiltGallery {
-        int keepPaths;
-        std::string value, stylesheet, markup;
-    };
-    std::vector<BuiltGallery> builtGalleries_;
-    std::size_t builtGalleryBytes_ = 0;
     bool oversized_ = false;
 };
