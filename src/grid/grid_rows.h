@@ -13,7 +13,6 @@
 class CExtGridRows {
 public:
     void Build(CExtPropertyStore* store, bool sorted, const std::string& filter);
-    void Clear() { m_rows.clear(); }
 
     int Count() const { return static_cast<int>(m_rows.size()); }
     // The row's item, or null outside the rows.

@@ -2,16 +2,18 @@
 
 namespace {
 
-bool IsSizeGrip(HWND child) {
+bool IsOfClass(HWND window, const char* name) {
     char className[16] = {};
-    GetClassNameA(child, className, sizeof className);
-    return lstrcmpiA(className, "ScrollBar") == 0 && (GetWindowLongA(child, GWL_STYLE) & SBS_SIZEGRIP) != 0;
+    GetClassNameA(window, className, sizeof className);
+    return lstrcmpiA(className, name) == 0;
+}
+
+bool IsSizeGrip(HWND child) {
+    return IsOfClass(child, "ScrollBar") && (GetWindowLongA(child, GWL_STYLE) & SBS_SIZEGRIP) != 0;
 }
 
 bool IsGroupBox(HWND child) {
-    char className[16] = {};
-    GetClassNameA(child, className, sizeof className);
-    return lstrcmpiA(className, "Button") == 0 && (GetWindowLongA(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+    return IsOfClass(child, "Button") && (GetWindowLongA(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
 }
 
 // A group box paints only its frame and caption. With WS_CLIPCHILDREN the
