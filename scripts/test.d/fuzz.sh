@@ -3,4 +3,4 @@
 # target for a few seconds from its seeds (make fuzz runs them longer).
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-exec scripts/fuzz "${PW_FUZZ_SECONDS:-8}" 2
+exec scripts/fuzz "${PW_FUZZ_SECONDS:-5}" 2
