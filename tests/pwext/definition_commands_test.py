@@ -6,7 +6,6 @@ are written whole or not at all, and the round trip through real folders.
 
     python3 tests/pwext/definition_commands_test.py [PWEXT]
 """
-import base64
 import json
 import os
 import subprocess
@@ -14,21 +13,14 @@ import sys
 import tempfile
 import unittest
 
+from definition_text import b64, stylesheet
+
 PWEXT = os.environ.get("PWEXT") or (sys.argv[1] if len(sys.argv) > 1 else "build/native/bin/pwext")
 
 
 def run(*args, stdin=b""):
     result = subprocess.run([PWEXT, *args], input=stdin, capture_output=True, timeout=60)
     return result.returncode, result.stdout, result.stderr.decode("latin-1")
-
-
-def b64(text):
-    return base64.b64encode(text if isinstance(text, bytes) else text.encode()).decode()
-
-
-def stylesheet(body):
-    return b64('<xsl:stylesheet xmlns:xsl="http://www.w3.org/1999/XSL/Transform" version="1.0">'
-               '<xsl:template match="/">%s</xsl:template></xsl:stylesheet>' % body)
 
 
 BITMAP_32 = b64(b"BM" + bytes(16) + b"\x20\0\0\0\x20\0\0\0\x01\0\x18\0" + bytes(24))
@@ -75,8 +67,8 @@ BROKEN = {
 </CATEGORY>
 </PROPERTIES>
 <HTML_BODY>%s</HTML_BODY>
-</EXTENSION>""" % (stylesheet(""), stylesheet("$g$"), stylesheet("<xsl:copy-of select=\"document('x')\"/>"),
-                   stylesheet('<xsl:value-of select="(("/>'), b64("$t$ $c$ $o$ $ch$ $g0$ $g$ $gd$ $gb$ $nobody$")), [
+</EXTENSION>""" % (b64(stylesheet("")), b64(stylesheet("$g$")), b64(stylesheet("<xsl:copy-of select=\"document('x')\"/>")),
+                   b64(stylesheet('<xsl:value-of select="(("/>')), b64("$t$ $c$ $o$ $ch$ $g0$ $g$ $gd$ $gb$ $nobody$")), [
         (3, "warning", "a property must be inside a CATEGORY, and the host is not offered this link"),
         (5, "warning", "type '9' is none of 0 to 8"), (6, "warning", "no variable"),
         (7, "warning", "colour value 'red' is not #RRGGBB"), (8, "warning", "options are read only for choices"),

@@ -5,7 +5,6 @@ Runs the built pwext (PWEXT, default build/native/bin/pwext) on a small
 definition of our own written here, and on the built-in one where the
 behaviour is the shipped gallery's.
 """
-import base64
 import json
 import os
 import shutil
@@ -20,43 +19,7 @@ import zlib
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
 PWEXT = os.environ.get("PWEXT", os.path.join(ROOT, "build", "native", "bin", "pwext"))
 
-LISTING = (
-    '<xsl:stylesheet xmlns:xsl="http://www.w3.org/1999/XSL/Transform" version="1.0">'
-    '<xsl:output method="xml"/><xsl:template match="/"><xsl:for-each select="GALLERY/IMAGE">'
-    '<img src="{FILENAME}" alt="{TITLE}"/></xsl:for-each></xsl:template></xsl:stylesheet>'
-)
-
-
-def b64(text):
-    return base64.b64encode(text.encode("latin-1")).decode("ascii")
-
-
-def definition(properties, files=(), body="<p>$text$</p>", head="<h>$text$</h>", tail=""):
-    """A definition in the stored layout: properties are (category, variable,
-    type, value, extra attributes); files are (name, content, processed)."""
-    out = ['<?xml version="1.0" encoding="UTF-8"?>\r\n<EXTENSION title="T" text="Test" minwidth="5" >\r\n',
-           "\t<PROPERTIES>\r\n"]
-    categories = []
-    for c, *_ in properties:
-        if c not in categories:
-            categories.append(c)
-    for c in categories:
-        out.append('\t\t<CATEGORY name="%s" >\r\n' % c)
-        for cat, var, typ, value, extra in properties:
-            if cat == c:
-                out.append('\t\t\t<PROPERTY variable="%s" type="%s" value="%s" %s>\r\n\t\t\t</PROPERTY>\r\n'
-                           % (var, typ, value, extra))
-        out.append("\t\t</CATEGORY>\r\n")
-    out.append("\t</PROPERTIES>\r\n\t<FILES>\r\n")
-    for name, content, processed in files:
-        out.append('\t\t<FILE filename="%s" process_file="%s" >%s</FILE>\r\n'
-                   % (name, "1" if processed else "0", b64(content)))
-    out.append("\t</FILES>\r\n")
-    for element, text in (("HTML_HEAD", head), ("HTML_BODY", body), ("HTML_TAIL", tail)):
-        out.append("\t<%s>%s</%s>\r\n" % (element, b64(text), element))
-    out.append("</EXTENSION>\r\n")
-    return "".join(out)
-
+from definition_text import LISTING, b64, definition  # noqa: E402
 
 GALLERY = definition(
     [("General", "$images$", "6", "", 'gallerytemplate="%s"' % b64(LISTING)),

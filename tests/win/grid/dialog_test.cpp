@@ -42,14 +42,17 @@ protected:
         m_dialogGrid.reset();
         GridFixture::TearDown();
     }
-    // Passes a key the way a dialog's message loop does.
-    void DialogKey(HWND target, WPARAM key) {
+    // Passes a key the way a dialog's message loop does; true when the grid
+    // took it before the dialog manager.
+    bool DialogKey(HWND target, WPARAM key) {
         MSG msg{target, WM_KEYDOWN, key, 1, 0, {}};
-        if (!CExtPropertyGridCtrl::PreTranslateGridMessage(&msg) && !IsDialogMessageA(m_dialog, &msg)) {
+        bool taken = CExtPropertyGridCtrl::PreTranslateGridMessage(&msg);
+        if (!taken && !IsDialogMessageA(m_dialog, &msg)) {
             TranslateMessage(&msg);
             DispatchMessageA(&msg);
         }
         PumpMessages();
+        return taken;
     }
     CExtPropertyGridWnd& DialogRows() { return m_dialogGrid->GetGrid(); }
 
@@ -81,15 +84,17 @@ TEST_F(GridInDialog, EscInTheEditorCancelsTheEditNotTheDialog) {
     EXPECT_EQ(g_commands, (std::vector<int>{IDCANCEL}));
 }
 
-TEST_F(GridInDialog, DeleteInTheEditorDeletesText) {
+TEST_F(GridInDialog, DeleteInTheEditorDeletesTextBeforeTheOwnersAcceleratorsSeeIt) {
     DialogRows().FocusSet(1);
     DialogRows().BeginEdit();
     HWND editor = DialogRows().EditorHwnd();
     SendMessageA(editor, EM_SETSEL, 0, 0);
-    DialogKey(editor, VK_DELETE);
-    char text[32] = {};
-    GetWindowTextA(editor, text, sizeof text);
-    EXPECT_STREQ(text, "ello");
+    EXPECT_TRUE(DialogKey(editor, VK_DELETE));
+    EXPECT_EQ(WindowText(editor), "ello");
+    // Other keys, and Delete outside the grid, are left to the dialog and the owner.
+    MSG other{editor, WM_KEYDOWN, 'A', 1, 0, {}}, outside{m_dialog, WM_KEYDOWN, VK_DELETE, 1, 0, {}};
+    EXPECT_FALSE(CExtPropertyGridCtrl::PreTranslateGridMessage(&other));
+    EXPECT_FALSE(CExtPropertyGridCtrl::PreTranslateGridMessage(&outside));
 }
 
 TEST_F(GridInDialog, TabLeavesTheRowsWhenNotEditing) {

@@ -91,6 +91,12 @@ void GridFixture::TearDown() {
     PumpMessages();
 }
 
+std::string WindowText(HWND window) {
+    char text[256] = {};
+    GetWindowTextA(window, text, sizeof text);
+    return text;
+}
+
 CExtPropertyValue* GridFixture::Value(const std::string& name) {
     for (int c = 0; c < m_store->ItemGetCount(); ++c)
         if (CExtPropertyItem* item = m_store->ItemGetAt(c)->ItemFind(name))

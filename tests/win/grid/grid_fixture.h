@@ -25,6 +25,8 @@ struct GridEvent {
     std::string name;  // the item's name
     std::string text;  // the cell's text at that moment
 };
+std::string WindowText(HWND window);
+
 // Everything that reached a fixture's parent window as WM_NOTIFY.
 std::vector<GridEvent>& GridFixtureEvents();
 

@@ -31,13 +31,14 @@ std::unique_ptr<Cell> CloneOf(const Cell& cell) {
     return std::unique_ptr<Cell>(static_cast<Cell*>(copy));
 }
 
-template <class Cell>
-void RoundTrip(Cell& from, Cell& to, bool* atEnd) {
+// Archives from and reads the archive into to; true when to read it whole.
+template <class From, class To>
+bool RoundTrip(From& from, To& to) {
     CExtGridArchive out;
     from.Serialize(out);
     CExtGridArchive in(out.Bytes());
     to.Serialize(in);
-    *atEnd = in.AtEnd() && !in.Failed();
+    return in.AtEnd() && !in.Failed();
 }
 
 TEST(PropertyCells, LinkCellCopiesItsSiteOnlyFromItsOwnClass) {
@@ -55,11 +56,7 @@ TEST(PropertyCells, LinkCellCopiesItsSiteOnlyFromItsOwnClass) {
     EXPECT_EQ(clone->GetSiteStructure(), nullptr);
     // The archive holds the base part only: a plain file cell reads it whole.
     CExtGridCellFile read;
-    CExtGridArchive out;
-    link.Serialize(out);
-    CExtGridArchive in(out.Bytes());
-    read.Serialize(in);
-    EXPECT_TRUE(in.AtEnd());
+    EXPECT_TRUE(RoundTrip(link, read));
     EXPECT_EQ(read.GetText(), "index.html");
 }
 
@@ -75,9 +72,7 @@ TEST(PropertyCells, ImagesCellKeepsItsListApartFromItsText) {
     EXPECT_EQ(clone->GetSiteStructure(), &site);
 
     CExtGridCellImages read;
-    bool atEnd = false;
-    RoundTrip(images, read, &atEnd);
-    EXPECT_TRUE(atEnd);
+    EXPECT_TRUE(RoundTrip(images, read));
     EXPECT_EQ(read.GetText(), "shown");
     EXPECT_EQ(read.GetImageListText(), "<GALLERY><IMAGE/></GALLERY>");
     EXPECT_EQ(read.GetSiteStructure(), nullptr);  // pointers are never archived
@@ -88,37 +83,23 @@ TEST(PropertyCells, ImagesCellKeepsItsListApartFromItsText) {
     EXPECT_EQ(clone->GetSiteStructure(), nullptr);
 }
 
-TEST(PropertyCells, BoundedSpinStepsOnlyWithinItsBounds) {
-    CExtGridCellUpDownRange range;
-    EXPECT_EQ(range.GetLowerBound(), 0);
-    EXPECT_EQ(range.GetUpperBound(), 99);
-    EXPECT_EQ(range.GetInt32(), 0);
-    EXPECT_FALSE(range.CanStepDown());
+TEST(PropertyCells, BoundedSpinStepsWithinItsBoundsAndCopiesAndArchivesThem) {
+    CExtGridCellUpDownRange range;  // 0 to 99 until set
     EXPECT_FALSE(range.StepDown());
-    EXPECT_TRUE(range.CanStepUp());
     range.SetInt32(99);
-    EXPECT_FALSE(range.CanStepUp());
     EXPECT_FALSE(range.StepUp());
-    EXPECT_EQ(range.GetInt32(), 99);
     EXPECT_TRUE(range.StepDown());
     EXPECT_EQ(range.GetInt32(), 98);
-}
-
-TEST(PropertyCells, BoundedSpinCopiesAndArchivesItsBounds) {
-    CExtGridCellUpDownRange range;
     range.SetRange(-5, 5);
     range.SetInt32(3);
     auto clone = CloneOf(range);
-    EXPECT_EQ(clone->GetLowerBound(), -5);
-    EXPECT_EQ(clone->GetUpperBound(), 5);
-    EXPECT_EQ(clone->GetInt32(), 3);
     CExtGridCellUpDownRange read;
-    bool atEnd = false;
-    RoundTrip(range, read, &atEnd);
-    EXPECT_TRUE(atEnd);
-    EXPECT_EQ(read.GetLowerBound(), -5);
-    EXPECT_EQ(read.GetUpperBound(), 5);
-    EXPECT_EQ(read.GetInt32(), 3);
+    EXPECT_TRUE(RoundTrip(range, read));
+    for (const CExtGridCellUpDownRange* copy : {clone.get(), &read}) {
+        EXPECT_EQ(copy->GetLowerBound(), -5);
+        EXPECT_EQ(copy->GetUpperBound(), 5);
+        EXPECT_EQ(copy->GetInt32(), 3);
+    }
 }
 
 // ---- painting -----------------------------------------------------------------
