@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "ui/link_dialog_resources.h"
-#include "ui/modal_dialog.h"
-#include "ui/resizable_dialog.h"
 #include "ui/picker_tree.h"
+#include "ui/tree_picker_dialog.h"
 #include "platform/own_module.h"
 #include "xml/ascii.h"
 
@@ -40,46 +39,18 @@ std::string ShortcutUrl(const std::string& path) {
     return url;
 }
 
-class CFavoritesPicker {
+class CFavoritesPicker : public CTreePickerDialog {
 public:
-    ~CFavoritesPicker() {
-        if (m_images) ImageList_Destroy(m_images);
-    }
+    CFavoritesPicker() : CTreePickerDialog(IDC_FAVORITES_TREE) {}
 
     bool Run(HWND parent, std::string& url) {
-        INT_PTR result = RunModalDialog(parent, PW_DIALOG_SELECT_FAVORITE, this);
-        if (result != IDOK) return false;
+        if (!CTreePickerDialog::Run(parent, PW_DIALOG_SELECT_FAVORITE)) return false;
         url = m_chosen;
         return true;
     }
 
-    // The dialog procedure, called through RunModalDialog.
-    INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
-        switch (message) {
-            case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
-            case WM_COMMAND:
-                if (LOWORD(wParam) == IDOK)
-                    OnOK();
-                else if (LOWORD(wParam) == IDCANCEL)
-                    EndDialog(dialog, IDCANCEL);
-                return TRUE;
-            case WM_NOTIFY: {
-                auto* header = reinterpret_cast<NMHDR*>(lParam);
-                if (header->idFrom == IDC_FAVORITES_TREE && header->code == NM_DBLCLK) OnOK();
-                return FALSE;
-            }
-        }
-        return FALSE;
-    }
-
 private:
-    void OnInitDialog(HWND dialog) {
-        m_dialog = dialog;
-        m_tree = GetDlgItem(dialog, IDC_FAVORITES_TREE);
-        m_layout.SetUp(dialog, {{IDC_FAVORITES_TREE, kAnchorRightEdge | kAnchorBottomEdge},
-                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
-                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
+    void OnInitDialog() override {
         m_images = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_FOLDER, IDI_LINK_SHORTCUT});
         TreeView_SetImageList(m_tree, m_images, TVSIL_NORMAL);
         std::string folder = FavoritesFolder();
@@ -129,7 +100,7 @@ private:
         }
     }
 
-    void OnOK() {
+    void OnOK() override {
         HTREEITEM selected = TreeView_GetSelection(m_tree);
         LPARAM index = selected ? TreeItemData(m_tree, selected) : -1;  // folders hold -1
         if (index >= 0 && static_cast<std::size_t>(index) < m_urls.size())
@@ -137,10 +108,6 @@ private:
         if (!m_chosen.empty()) EndDialog(m_dialog, IDOK);
     }
 
-    HWND m_dialog = nullptr;
-    HWND m_tree = nullptr;
-    HIMAGELIST m_images = nullptr;
-    CResizableDialog m_layout;
     std::vector<std::string> m_urls;
     std::string m_chosen;
 };

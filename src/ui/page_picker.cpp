@@ -6,10 +6,9 @@
 
 #include "ui/host_settings.h"
 #include "ui/link_dialog_resources.h"
-#include "ui/modal_dialog.h"
 #include "ui/link_type.h"
-#include "ui/resizable_dialog.h"
 #include "ui/picker_tree.h"
+#include "ui/tree_picker_dialog.h"
 #include "platform/own_module.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
@@ -42,51 +41,28 @@ HTREEITEM FindItemByText(HWND tree, const std::string& text) {
     return nullptr;
 }
 
-class CPagePicker {
+class CPagePicker : public CTreePickerDialog {
 public:
-    explicit CPagePicker(const PagePickerRequest& request) : m_request(request) {}
-    ~CPagePicker() {
-        if (m_images) ImageList_Destroy(m_images);
+    explicit CPagePicker(const PagePickerRequest& request) : CTreePickerDialog(IDC_PAGE_TREE), m_request(request) {}
+    ~CPagePicker() override {
         if (m_bigIcon) DestroyIcon(m_bigIcon);
         if (m_smallIcon) DestroyIcon(m_smallIcon);
     }
 
     bool Run(HWND parent, CXmlElement*& chosen) {
-        INT_PTR result = RunModalDialog(parent, PW_DIALOG_SELECT_PAGE, this);
-        if (result != IDOK) return false;
+        if (!CTreePickerDialog::Run(parent, PW_DIALOG_SELECT_PAGE)) return false;
         chosen = m_chosen;
         return true;
     }
 
-    // The dialog procedure, called through RunModalDialog.
-    INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (m_layout.HandleMessage(message, wParam, lParam)) return FALSE;
-        switch (message) {
-            case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
-            case WM_COMMAND:
-                if (LOWORD(wParam) == IDOK)
-                    OnOK();
-                else if (LOWORD(wParam) == IDCANCEL)
-                    EndDialog(dialog, IDCANCEL);
-                return TRUE;
-            case WM_NOTIFY: return OnNotify(reinterpret_cast<NMHDR*>(lParam));
-        }
-        return FALSE;
-    }
-
 private:
-    void OnInitDialog(HWND dialog) {
-        m_dialog = dialog;
-        m_tree = GetDlgItem(dialog, IDC_PAGE_TREE);
-        m_layout.SetUp(dialog, {{IDC_PAGE_TREE, kAnchorRightEdge | kAnchorBottomEdge},
-                                {IDOK, kAnchorLeftEdge | kAnchorTopEdge},
-                                {IDCANCEL, kAnchorLeftEdge | kAnchorTopEdge}});
+    void OnInitDialog() override {
         m_bigIcon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
                                                   GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON), 0));
         m_smallIcon = static_cast<HICON>(LoadImageA(OwnModule(), MAKEINTRESOURCEA(IDI_LINK_SITE), IMAGE_ICON,
                                                     GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
-        SendMessageA(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(m_bigIcon));
-        SendMessageA(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_smallIcon));
+        SendMessageA(m_dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(m_bigIcon));
+        SendMessageA(m_dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_smallIcon));
         m_images = LoadSmallIcons({IDI_LINK_SITE, IDI_LINK_PAGE, IDI_LINK_FOLDER});
         TreeView_SetImageList(m_tree, m_images, TVSIL_NORMAL);
 
@@ -140,8 +116,7 @@ private:
         }
     }
 
-    BOOL OnNotify(NMHDR* header) {
-        if (header->idFrom != IDC_PAGE_TREE) return FALSE;
+    void OnTreeNotify(NMHDR* header) override {
         switch (header->code) {
             case TVN_ITEMEXPANDEDA:
             case TVN_ITEMEXPANDEDW: {
@@ -149,21 +124,19 @@ private:
                 if (!m_initialising && (view->action & TVE_EXPAND) && view->itemNew.hItem != m_root)
                     CurrentHostSettings().WriteString(kSettingsSection, kLastExpandedEntry,
                                                       TreeItemText(m_tree, view->itemNew.hItem));
-                return FALSE;
+                break;
             }
             case TVN_SELCHANGEDA:
             case TVN_SELCHANGEDW: {
                 auto* view = reinterpret_cast<NMTREEVIEWA*>(header);
                 bool enable = m_request.allowFolders || !IsFolder(ItemNode(m_tree, view->itemNew.hItem));
                 EnableWindow(GetDlgItem(m_dialog, IDOK), enable);
-                return FALSE;
+                break;
             }
-            case NM_DBLCLK: OnOK(); return FALSE;
         }
-        return FALSE;
     }
 
-    void OnOK() {
+    void OnOK() override {
         HTREEITEM selected = TreeView_GetSelection(m_tree);
         if (!selected || selected == m_root) return;
         CXmlElement* node = ItemNode(m_tree, selected);
@@ -173,14 +146,10 @@ private:
     }
 
     const PagePickerRequest& m_request;
-    HWND m_dialog = nullptr;
-    HWND m_tree = nullptr;
     HTREEITEM m_root = nullptr;
     bool m_initialising = false;
-    HIMAGELIST m_images = nullptr;
     HICON m_bigIcon = nullptr;
     HICON m_smallIcon = nullptr;
-    CResizableDialog m_layout;
     CXmlElement* m_chosen = nullptr;
 };
 
