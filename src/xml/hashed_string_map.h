@@ -9,24 +9,28 @@
 //
 // Keys and values are arbitrary bytes (zero bytes included). Lookups are exact
 // and case-sensitive.
+//
+// Most maps are an element's few attributes, so the map is small: the entries
+// in one array, each bucket a chain through them (newest first), and a hash
+// table of entry numbers only once there are more than a few keys.
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 class CHashedStringMap {
 public:
     static constexpr unsigned kBucketCount = 17;
-    static unsigned BucketOf(std::string_view key);
+    static unsigned BucketOf(std::string_view key) { return HashOf(key) % kBucketCount; }
 
-    CHashedStringMap() = default;
+    CHashedStringMap();
     CHashedStringMap(const CHashedStringMap&) = default;
     CHashedStringMap& operator=(const CHashedStringMap&) = default;
-    CHashedStringMap(CHashedStringMap&&) noexcept = default;
-    CHashedStringMap& operator=(CHashedStringMap&&) noexcept = default;
+    // A map moved from is left empty.
+    CHashedStringMap(CHashedStringMap&& other) noexcept;
+    CHashedStringMap& operator=(CHashedStringMap&& other) noexcept;
 
     // Creates or replaces the entry; a replaced entry keeps its place.
     void Set(std::string_view key, std::string_view value);
@@ -36,19 +40,14 @@ public:
     bool Remove(std::string_view key);
     void Clear();
 
-    std::size_t Size() const { return index_.size(); }
-    bool Empty() const { return index_.empty(); }
+    std::size_t Size() const { return size_; }
+    bool Empty() const { return size_ == 0; }
 
     // Calls f(key, value) for every entry in iteration order.
     template <class F>
     void ForEach(F&& f) const {
-        for (unsigned b = 0; b < kBucketCount; ++b) {
-            const std::vector<std::size_t>& slots = buckets_[b];
-            for (auto it = slots.rbegin(); it != slots.rend(); ++it) {
-                const Entry& e = entries_[*it];
-                f(e.key, e.value);
-            }
-        }
+        for (std::uint32_t head : heads_)
+            for (std::uint32_t at = head; at != kNone; at = entries_[at].next) f(entries_[at].key, entries_[at].value);
     }
     // The entries in iteration order.
     std::vector<std::pair<std::string, std::string>> Items() const;
@@ -56,14 +55,32 @@ public:
     bool operator==(const CHashedStringMap& other) const { return Items() == other.Items(); }
 
 private:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
+    // Up to this many keys are found by walking the entries.
+    static constexpr std::size_t kScanLimit = 8;
+
+    static std::uint32_t HashOf(std::string_view key) {
+        std::uint32_t h = 0;
+        for (unsigned char c : key) h = h * 33u + c;
+        return h;
+    }
+
     struct Entry {
         std::string key;
         std::string value;
+        std::uint32_t hash = 0;
+        std::uint32_t next = kNone;  // the next older entry of the same bucket
+        bool live = false;
     };
-    // entries_ holds every live and removed entry; buckets_[b] lists the slots
-    // of bucket b, oldest first; index_ finds a key's slot.
-    std::vector<Entry> entries_;
-    std::vector<std::size_t> buckets_[kBucketCount];
-    std::unordered_map<std::string, std::size_t> index_;
-    std::vector<std::size_t> free_;
+
+    std::uint32_t Locate(std::string_view key, std::uint32_t hash) const;
+    void Index(std::uint32_t entry);
+    void Unindex(std::uint32_t entry);
+    void RebuildIndex();
+
+    std::vector<Entry> entries_;           // live ones and the free slots of removed ones
+    std::vector<std::uint32_t> free_;      // slots of removed entries
+    std::uint32_t heads_[kBucketCount];    // each bucket's newest entry
+    std::vector<std::uint32_t> index_;     // open addressing over entry numbers; empty while small
+    std::size_t size_ = 0;
 };

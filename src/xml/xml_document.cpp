@@ -16,9 +16,57 @@ void CXmlDocument::Clear() {
 }
 
 int CXmlDocument::ClassifyTag(std::string_view tag, std::string& inner) {
-    inner.clear();
+    std::string_view view;
+    int kind = ClassifyTag(tag, inner, view);
+    if (view.empty())
+        inner.clear();
+    else if (view.data() != inner.data())
+        inner.assign(view.data(), view.size());
+    return kind;
+}
+
+namespace {
+
+// Classifies a tag with one '<' first and one '>' last and no bracket
+// between: its inner text is a piece of it.
+int ClassifyPlainTag(std::string_view tag, std::string_view& inner) {
+    const std::size_t n = tag.size();
+    std::string_view body = tag.substr(1, n - 2);
+    inner = std::string_view();
+    if (!body.empty() && (body[0] == '!' || body[0] == '?')) return -1;
+    int kind = 0;
+    if (!body.empty() && body[0] == '/') {
+        kind = 1;
+        body.remove_prefix(1);
+    }
+    if (tag[n - 2] == '/') {  // "/>", the '/' possibly the one just dropped
+        kind = 2;
+        if (!body.empty()) body.remove_suffix(1);
+    }
+    inner = body;
+    return kind;
+}
+
+bool IsPlainTag(std::string_view tag) {
+    const std::size_t n = tag.size();
+    if (n < 2 || tag[0] != '<' || tag[n - 1] != '>') return false;
+    for (std::size_t i = 1; i + 1 < n; ++i)
+        if (tag[i] == '<' || tag[i] == '>') return false;
+    return true;
+}
+
+}  // namespace
+
+int CXmlDocument::ClassifyTag(std::string_view tag, std::string& scratch, std::string_view& inner) {
+    if (IsPlainTag(tag)) return ClassifyPlainTag(tag, inner);
+
+    // Anything else, character by character: brackets are dropped wherever
+    // they are, a '/' after a '<' makes an end tag, one before a '>' an
+    // empty-element tag.
+    scratch.clear();
+    inner = std::string_view();
     if (tag.empty()) return -1;
-    inner.reserve(tag.size());
+    scratch.reserve(tag.size());
     char p = '0';
     int r = 0;
     for (char c : tag) {
@@ -27,12 +75,13 @@ int CXmlDocument::ClassifyTag(std::string_view tag, std::string& inner) {
             if (c == '/') r = 1;
         } else if (p == '/' && c == '>') {
             r = 2;
-            if (!inner.empty()) inner.pop_back();
+            if (!scratch.empty()) scratch.pop_back();
         }
         bool skip = c == '<' || c == '>' || (p == '<' && c == '/') || (p == '/' && c == '>');
-        if (!skip) inner.push_back(c);
+        if (!skip) scratch.push_back(c);
         p = c;
     }
+    inner = scratch;
     return r;
 }
 
@@ -64,13 +113,54 @@ int CXmlDocument::Parse(std::string_view text) {
     Clear();
     source_.assign(text.data(), text.size());
 
-    std::string tag, content, inner;
+    // tag and content gather the text of the tag and of the value being
+    // scanned. A tag that stands whole in the source, the usual case, is
+    // read from there instead.
+    std::string tag, content, scratch;
     std::size_t tagReserved = 4096, contentReserved = 4096;
     tag.reserve(tagReserved);
     content.reserve(contentReserved);
     bool inTag = false;
     truncated_ = false;
     int depth = 1;  // of current_
+
+    // One complete tag: a start tag opens an element, an end tag closes the
+    // current one, an empty-element tag does both. False when the tree is
+    // as deep as it may be.
+    auto take = [&](std::string_view whole, bool plain) {
+        std::string_view inner;
+        int r = plain ? ClassifyPlainTag(whole, inner) : ClassifyTag(whole, scratch, inner);
+        if (r == 0 || r == 2) {
+            std::string_view name, attributes;
+            SplitTag(inner, name, attributes);
+            if (root_.GetName().empty()) {
+                root_.SetName(name);
+                root_.SetAttributeText(attributes);
+                root_.ParseAttributes(attributes);
+            } else if (depth == kMaxDepth) {
+                truncated_ = true;
+                return false;
+            } else {
+                ++depth;
+                auto element = std::make_unique<CXmlElement>();
+                element->SetParent(current_);
+                element->SetName(name);
+                element->SetAttributeText(attributes);
+                element->ParseAttributes(attributes);
+                current_ = current_->AppendChild(std::move(element));
+            }
+        }
+        if (r == 1 || r == 2) {
+            if (current_->GetParent()) {
+                current_ = current_->GetParent();
+                --depth;
+            }
+        }
+        // After an ignored tag the scanner stays "in a tag", so what
+        // follows it is gathered into the next tag's text.
+        if (r != -1) inTag = false;
+        return true;
+    };
 
     const char* s = source_.data();
     const std::size_t n = source_.size();
@@ -88,43 +178,24 @@ int CXmlDocument::Parse(std::string_view text) {
             if (i == n) break;
         }
         if (s[i] == '<') {
-            tag.push_back('<');
             current_->SetRawValue(ascii::Trim(content));
             content.clear();
             inTag = true;
+            if (tag.empty()) {
+                std::size_t end = i + 1;
+                while (end < n && s[end] != '<' && s[end] != '>') ++end;
+                if (end < n && s[end] == '>') {
+                    if (!take(std::string_view(s + i, end + 1 - i), true)) break;
+                    i = end + 1;
+                    continue;
+                }
+            }
+            tag.push_back('<');
         } else {  // '>'
             tag.push_back('>');
-            int r = ClassifyTag(tag, inner);
+            bool more = take(tag, false);
             tag.clear();
-            if (r == 0 || r == 2) {
-                std::string_view name, attributes;
-                SplitTag(inner, name, attributes);
-                if (root_.GetName().empty()) {
-                    root_.SetName(name);
-                    root_.SetAttributeText(attributes);
-                    root_.ParseAttributes(attributes);
-                } else if (depth == kMaxDepth) {
-                    truncated_ = true;
-                    break;
-                } else {
-                    ++depth;
-                    auto element = std::make_unique<CXmlElement>();
-                    element->SetParent(current_);
-                    element->SetName(name);
-                    element->SetAttributeText(attributes);
-                    element->ParseAttributes(attributes);
-                    current_ = current_->AppendChild(std::move(element));
-                }
-            }
-            if (r == 1 || r == 2) {
-                if (current_->GetParent()) {
-                    current_ = current_->GetParent();
-                    --depth;
-                }
-            }
-            // After an ignored tag the scanner stays "in a tag", so what
-            // follows it is gathered into the next tag's text.
-            if (r != -1) inTag = false;
+            if (!more) break;
         }
         ++i;
     }
