@@ -36,7 +36,7 @@ TEST(DeclarationStrip, DropsEverythingThroughTheDeclarationEnd) {
     EXPECT_EQ(StripXmlDeclaration("<?xml version but no end"), "<?xml version but no end");
 }
 
-TEST(ImageList, WritesChildrenInOrderAndOnlyWhenSet) {
+TEST(ImageList, WritesChildrenInOrderAndOnlyWhenSetAndReadsNothingFromNoXml) {
     std::string text = WriteImageList({{"C:\\p\\a.jpg", "Tea & cake", "", "http://x/", "_blank"}, {"b.png"}});
     CXmlDocument list;
     list.Parse(text);
@@ -51,6 +51,7 @@ TEST(ImageList, WritesChildrenInOrderAndOnlyWhenSet) {
     EXPECT_EQ(first->GetChild(3)->GetValue(), "Tea & cake");
     EXPECT_EQ(list.GetRoot()->GetChild(1)->GetChildCount(), 1u);
     EXPECT_EQ(WriteImageList({}), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<GALLERY>\r\n</GALLERY>\r\n");
+    EXPECT_TRUE(ReadImageList("these are not the images you are looking for").empty());
 }
 
 std::string AsIs(std::string_view name) { return std::string(name); }

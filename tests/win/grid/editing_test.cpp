@@ -110,27 +110,6 @@ TEST_F(GridEditing, TypingOrDeleteStartsAnEditThatKeepsEveryCharacter) {
     }
 }
 
-TEST_F(GridEditing, TabCommitsAndMovesToTheNextEditableValue) {
-    Focus("Title");
-    Key(VK_F2);
-    SetWindowTextA(Rows().EditorHwnd(), "T");
-    Key(VK_TAB, Rows().EditorHwnd());
-    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "T");
-    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Color");
-    EXPECT_TRUE(Rows().IsEditing());
-    Key(VK_ESCAPE, Rows().EditorHwnd());
-}
-
-TEST_F(GridEditing, ClickingAnotherRowCommitsTheEdit) {
-    Focus("Title");
-    Key(VK_F2);
-    SetWindowTextA(Rows().EditorHwnd(), "Clicked away");
-    ClickAt(ValuePoint("Enabled", 200));
-    EXPECT_FALSE(Rows().IsEditing());
-    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Clicked away");
-    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Enabled");
-}
-
 TEST_F(GridEditing, BooleanTogglesBySpaceDoubleClickAndItsBox) {
     Focus("Enabled");
     Char(' ');
@@ -148,7 +127,22 @@ TEST_F(GridEditing, BooleanTogglesBySpaceDoubleClickAndItsBox) {
     EXPECT_EQ(ParentEvents().size(), 3u);
 }
 
-TEST_F(GridEditing, ListBoundComboRefusesTextThatIsNoEntry) {
+TEST_F(GridEditing, TabOrAClickOnAnotherRowCommitsTheEdit) {
+    Focus("Title");
+    Key(VK_F2);
+    SetWindowTextA(Rows().EditorHwnd(), "T");
+    Key(VK_TAB, Rows().EditorHwnd());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "T");
+    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Color");  // the next editable value, edited
+    ASSERT_TRUE(Rows().IsEditing());
+    SetWindowTextA(Rows().EditorHwnd(), "#102030");
+    ClickAt(ValuePoint("Enabled", 200));
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellColor>("Color")->GetColor(), RGB(0x10, 0x20, 0x30));
+    EXPECT_EQ(Rows().FocusItem()->NameGet(), "Enabled");
+}
+
+TEST_F(GridEditing, ListBoundComboRefusesTextThatIsNoEntryAndDropsItWhenLeft) {
     Focus("Size");
     Key(VK_F2);
     ASSERT_TRUE(Rows().IsEditing());
@@ -159,16 +153,13 @@ TEST_F(GridEditing, ListBoundComboRefusesTextThatIsNoEntry) {
     EXPECT_FALSE(Rows().IsEditing());
     EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetCurSel(), 2);
     ExpectOneEvent(PGN_INPUTCOMPLETE, "Size", "12");
-}
-
-TEST_F(GridEditing, RefusedTextIsDroppedWhenTheFocusLeaves) {
-    Focus("Size");
+    // Refused text is dropped when the focus leaves.
     Key(VK_F2);
     SetWindowTextA(Rows().EditorHwnd(), "nonsense");
     Focus("Title");
     EXPECT_FALSE(Rows().IsEditing());
-    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetText(), "10");
-    ExpectNoEvents();
+    EXPECT_EQ(CellOf<CExtGridCellComboBox>("Size")->GetText(), "12");
+    EXPECT_EQ(m_ctrl->hooks.size(), 1u);
 }
 
 TEST_F(GridEditing, TypingOnADropListPicksTheNextEntryWithThatLetter) {

@@ -79,7 +79,7 @@ TEST(GridRows, OrderFilterAndCollapsedItems) {
     }
 }
 
-TEST(GridRows, LookupOutsideTheRowsAndWithoutAStore) {
+TEST(GridRows, DepthAndLookupOutsideTheRows) {
     Store s;
     CExtGridRows rows;
     rows.Build(&s.store, false, "");
@@ -87,11 +87,7 @@ TEST(GridRows, LookupOutsideTheRowsAndWithoutAStore) {
     s.path->SetExpanded(true);
     rows.Build(&s.store, false, "");
     EXPECT_EQ(rows.Depth(rows.Find(s.path->ItemGetAt(0))), 1);
-    EXPECT_EQ(rows.Item(-1), nullptr);
     EXPECT_EQ(rows.Item(rows.Count()), nullptr);
-    rows.Build(nullptr, true, "x");
-    EXPECT_EQ(rows.Count(), 0);
-    EXPECT_EQ(rows.Find(s.path), -1);
 }
 
 TEST(GridRows, DefaultsAreTakenOnceForEveryValueShownOrNot) {

@@ -3,6 +3,8 @@
 
 #include <commctrl.h>
 
+#include <optional>
+
 #include "test_pictures.h"
 
 class GridPainting : public GridFixture {
@@ -60,40 +62,40 @@ TEST_F(GridPainting, WheelScrollsWhenTheRowsDoNotFit) {
 }
 
 namespace {
+// Whether tip holds the tool that describes owner; its text goes to *text.
+bool ToolOf(HWND tip, HWND owner, std::string* text) {
+    char buffer[512] = {};
+    TTTOOLINFOA tool{};
+    tool.cbSize = TTTOOLINFOA_V1_SIZE;
+    tool.hwnd = owner;
+    tool.uId = 1;
+    if (!SendMessageA(tip, TTM_GETTOOLINFOA, 0, reinterpret_cast<LPARAM>(&tool))) return false;
+    tool.lpszText = buffer;
+    SendMessageA(tip, TTM_GETTEXTA, sizeof buffer, reinterpret_cast<LPARAM>(&tool));
+    *text = buffer;
+    return true;
+}
+
 struct ToolTipSearch {
-    HWND tool;  // the window the tip describes
+    HWND owner;  // the window the tip describes
     HWND found;
+    std::string text;
 };
 
 BOOL CALLBACK CheckToolTip(HWND hwnd, LPARAM data) {
     auto* search = reinterpret_cast<ToolTipSearch*>(data);
     char name[64] = {};
     GetClassNameA(hwnd, name, sizeof name);
-    if (lstrcmpiA(name, TOOLTIPS_CLASSA) != 0) return TRUE;
-    TTTOOLINFOA tool{};
-    tool.cbSize = TTTOOLINFOA_V1_SIZE;
-    tool.hwnd = search->tool;
-    tool.uId = 1;
-    if (SendMessageA(hwnd, TTM_GETTOOLINFOA, 0, reinterpret_cast<LPARAM>(&tool))) search->found = hwnd;
+    if (lstrcmpiA(name, TOOLTIPS_CLASSA) == 0 && ToolOf(hwnd, search->owner, &search->text)) search->found = hwnd;
     return search->found == nullptr;
 }
 
-// The tool tip window with a tool for the given window, or null.
-HWND FindOwnedToolTip(HWND tool) {
-    ToolTipSearch search{tool, nullptr};
+// The text of the tool tip that describes owner, or null when it has none.
+std::optional<std::string> ToolTipOf(HWND owner) {
+    ToolTipSearch search{owner, nullptr, {}};
     EnumThreadWindows(GetCurrentThreadId(), CheckToolTip, reinterpret_cast<LPARAM>(&search));
-    return search.found;
-}
-
-std::string ToolTipText(HWND tip, HWND owner) {
-    char text[512] = {};
-    TTTOOLINFOA tool{};
-    tool.cbSize = TTTOOLINFOA_V1_SIZE;
-    tool.hwnd = owner;
-    tool.uId = 1;
-    tool.lpszText = text;
-    SendMessageA(tip, TTM_GETTEXTA, sizeof text, reinterpret_cast<LPARAM>(&tool));
-    return text;
+    if (!search.found) return std::nullopt;
+    return search.text;
 }
 }  // namespace
 
@@ -102,15 +104,12 @@ TEST_F(GridPainting, ToolTipsCarryOnlyTextsThatDoNotFit) {
     CellOf<CExtGridCellString>("Title")->SetText(longText);
     POINT title = ValuePoint("Title");
     SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(title.x, title.y));
-    HWND tip = FindOwnedToolTip(RowsHwnd());
-    ASSERT_NE(tip, nullptr);
-    EXPECT_EQ(ToolTipText(tip, RowsHwnd()), longText);
+    EXPECT_EQ(ToolTipOf(RowsHwnd()), longText);
     POINT count = ValuePoint("Count");
     SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(count.x, count.y));
-    EXPECT_EQ(ToolTipText(tip, RowsHwnd()), "");
+    EXPECT_EQ(ToolTipOf(RowsHwnd()), "");
     m_ctrl->EnableToolTips(false);
-    EXPECT_EQ(FindOwnedToolTip(RowsHwnd()), nullptr);
     SendMessageA(RowsHwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(title.x, title.y));
-    EXPECT_EQ(FindOwnedToolTip(RowsHwnd()), nullptr);
-    EXPECT_EQ(FindOwnedToolTip(m_ctrl->GetHwnd()), nullptr);  // nor on the toolbar
+    EXPECT_EQ(ToolTipOf(RowsHwnd()), std::nullopt);
+    EXPECT_EQ(ToolTipOf(m_ctrl->GetHwnd()), std::nullopt);  // nor on the toolbar
 }

@@ -29,18 +29,6 @@ protected:
     bool Run(std::string& text, CXmlDocument* site = nullptr) { return RunImageListDialog(nullptr, text, site); }
 };
 
-TEST_F(ImageListDialogTest, TextThatIsNotXmlOpensAnEmptyListAndStoresAnEmptyGallery) {
-    std::string text = "these are not the images you are looking for";
-    int rows = -1;
-    Then([&](HWND d) {
-        rows = RowCount(d);
-        Click(d, IDOK);
-    });
-    ASSERT_TRUE(Run(text));
-    EXPECT_EQ(rows, 0);
-    EXPECT_EQ(text, Gallery({}));
-}
-
 TEST_F(ImageListDialogTest, LoadsEveryImageAndStoresOnlyTheTextsThatAreSet) {
     std::string text = Gallery(
         {{"C:\\pics\\a.png"}, {"C:\\pics\\b.jpg", "Bee", "A bee &amp; a flower", "http://b.example/", "_blank"}});
