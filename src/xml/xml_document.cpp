@@ -1,6 +1,7 @@
 #include "xml/xml_document.h"
 
 #include <cstdint>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -100,6 +101,22 @@ void SplitTag(std::string_view inner, std::string_view& name, std::string_view& 
     }
 }
 
+// The position of the next '<' or '>' at or after i, or n: eight bytes at a
+// time ('<' and '>' differ only in the bit 0x02).
+std::size_t NextBracket(const char* s, std::size_t i, std::size_t n) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101ull, kHighs = 0x8080808080808080ull;
+    while (i + 8 <= n) {
+        std::uint64_t word;
+        std::memcpy(&word, s + i, 8);
+        std::uint64_t x = (word | (kOnes * 0x02)) ^ (kOnes * 0x3E);
+        std::uint64_t found = (x - kOnes) & ~x & kHighs;
+        if (found) return i + static_cast<std::size_t>(__builtin_ctzll(found) / 8);
+        i += 8;
+    }
+    while (i < n && s[i] != '<' && s[i] != '>') ++i;
+    return i;
+}
+
 // Grows a reservation by doubling, as the scanner's accumulators do.
 void Reserve(std::string& s, std::size_t& reserved, std::size_t wanted) {
     if (wanted <= reserved) return;
@@ -164,26 +181,38 @@ int CXmlDocument::Parse(std::string_view text) {
 
     const char* s = source_.data();
     const std::size_t n = source_.size();
+    // A value that is one run of the source is read from there; only one
+    // broken by a stray '>' is gathered in content.
+    std::string_view run;
+    bool gathered = false;
     std::size_t i = 0;
     while (i < n) {
-        // Copy the run up to the next bracket in one step.
-        std::size_t j = i;
-        while (j < n && s[j] != '<' && s[j] != '>') ++j;
+        std::size_t j = NextBracket(s, i, n);
         if (j > i) {
-            std::string& acc = inTag ? tag : content;
-            std::size_t& reserved = inTag ? tagReserved : contentReserved;
-            Reserve(acc, reserved, acc.size() + (j - i));
-            acc.append(s + i, j - i);
+            if (inTag) {
+                Reserve(tag, tagReserved, tag.size() + (j - i));
+                tag.append(s + i, j - i);
+            } else if (!gathered && run.empty()) {
+                run = std::string_view(s + i, j - i);
+            } else {
+                if (!gathered) {
+                    content.assign(run.data(), run.size());
+                    gathered = true;
+                }
+                Reserve(content, contentReserved, content.size() + (j - i));
+                content.append(s + i, j - i);
+            }
             i = j;
             if (i == n) break;
         }
         if (s[i] == '<') {
-            current_->SetRawValue(ascii::Trim(content));
+            current_->SetRawValue(ascii::Trim(gathered ? std::string_view(content) : run));
             content.clear();
+            run = std::string_view();
+            gathered = false;
             inTag = true;
             if (tag.empty()) {
-                std::size_t end = i + 1;
-                while (end < n && s[end] != '<' && s[end] != '>') ++end;
+                std::size_t end = NextBracket(s, i + 1, n);
                 if (end < n && s[end] == '>') {
                     if (!take(std::string_view(s + i, end + 1 - i), true)) break;
                     i = end + 1;
@@ -192,6 +221,11 @@ int CXmlDocument::Parse(std::string_view text) {
             }
             tag.push_back('<');
         } else {  // '>'
+            if (!inTag && !gathered && !run.empty()) {
+                // A stray '>' inside a value: what follows it joins the value.
+                content.assign(run.data(), run.size());
+                gathered = true;
+            }
             tag.push_back('>');
             bool more = take(tag, false);
             tag.clear();
