@@ -18,6 +18,8 @@ CXmlElement::~CXmlElement() {
 std::string CXmlElement::GetValue() const { return CXmlDocument::Unescape(value_); }
 
 CXmlElement* CXmlElement::AppendChild(std::unique_ptr<CXmlElement> child) {
+    // Room for a few at once: elements with children mostly have several.
+    if (children_.capacity() == 0) children_.reserve(4);
     children_.push_back(std::move(child));
     return children_.back().get();
 }
