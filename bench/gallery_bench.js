@@ -48,7 +48,8 @@ const recorder = () => {
   const watch = () => {
     const root = document.querySelector('[id="slidewave"]');
     const g = root && root.gallery, item = g && g.items[0];
-    if (item && item.element.style.display === 'block' && root.querySelector('[id="captions"]').textContent) {
+    const captions = root && root.querySelector('[id="captions"]');  // parsed after the pictures
+    if (item && item.element.style.display === 'block' && captions && captions.textContent) {
       window.bench.shown = performance.now();
     } else {
       requestAnimationFrame(watch);

@@ -132,6 +132,24 @@ test('the gallery loads, lays out the strip and shows the first caption', async 
   });
 });
 
+test('a gallery starts with its first picture and caption while the page is still arriving', async () => {
+  const { site, images } = eightPictureSite('early');
+  const server = await staticServer(site, { hold: `alt="${images[1].title}"/>` });
+  const page = await browser.newPage();
+  await page.goto(server.url + 'index.html', { waitUntil: 'commit' });
+  await page.waitForFunction((title) => document.readyState === 'loading' &&
+    document.querySelector('[id="captions"]')?.textContent === title, images[0].title, { timeout: 15000 });
+  server.release();
+  await page.waitForFunction(() => document.querySelector('[id="slidewave"]').gallery.settled, null, { timeout: 15000 });
+  const s = await state(page);
+  assert.equal(await page.locator('[id="captions"]').count(), 1, 'the page\'s own captions took over');
+  assert.equal(s.caption, images[0].title);
+  assert.equal(s.scrollbar, 'visible');
+  assert.equal(s.label, 'Gallery, picture 1 of 8');
+  await page.close();
+  await server.close();
+});
+
 test('keys move the focused gallery only; Home and End reach the ends', async () => {
   const images = pictures('two');
   const site = publishSite(path.join(work, 'two'), [

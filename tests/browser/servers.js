@@ -15,7 +15,10 @@ const types = {
 
 // Serves files from root; a .php file is sent as text, as a server without
 // PHP would, so reflect.php requests return something that is no picture.
-function staticServer(root) {
+// With hold, index.html stops after the text hold until release() is called.
+function staticServer(root, { hold } = {}) {
+  let release;
+  const released = new Promise((resolve) => { release = resolve; });
   const server = http.createServer((request, response) => {
     let file;
     try {
@@ -31,11 +34,16 @@ function staticServer(root) {
       return;
     }
     response.writeHead(200, { 'Content-Type': types[path.extname(file)] || 'application/octet-stream' });
-    fs.createReadStream(file).pipe(response);
+    const text = hold && path.basename(file) === 'index.html' && fs.readFileSync(file, 'latin1');
+    if (!text) return fs.createReadStream(file).pipe(response);
+    const cut = text.indexOf(hold) + hold.length;
+    response.write(text.slice(0, cut), 'latin1');
+    released.then(() => response.end(text.slice(cut), 'latin1'));
   });
   return new Promise((resolve) => {
     server.listen(0, '127.0.0.1', () => resolve({
       url: `http://127.0.0.1:${server.address().port}/`,
+      release,
       close: () => new Promise((done) => server.close(done)),
     }));
   });

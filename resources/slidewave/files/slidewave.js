@@ -19,19 +19,16 @@ var calm = matchMedia('(prefers-reduced-motion: reduce)');
 function clamp(v, lo, hi) { return v < lo ? lo : v > hi ? hi : v; }
 
 function Gallery(root) {
-  var part = function (id) { return root.querySelector('[id="' + id + '"]'); };
   this.root = root;
-  this.strip = part('images');
-  this.loading = part('loading');
-  this.captions = part('captions');
-  this.bar = part('scrollbar');
-  this.slider = part('slider');
+  this.strip = this.part('images');
   this.items = [];   // { element, img, ratio, reflected }
   this.offset = 0;   // fractional while gliding
   this.target = 0;
   this.wheel = 0;
   if (this.strip) this.prepare();
 }
+
+Gallery.prototype.part = function (id) { return this.root.querySelector('[id="' + id + '"]'); };
 
 Gallery.prototype.prepare = function () {
   var root = this.root, self = this;
@@ -41,22 +38,16 @@ Gallery.prototype.prepare = function () {
   root.setAttribute('aria-label', 'Gallery');
   root.style.cssText += ';position:relative;overflow:hidden';
   this.strip.style.cssText += ';position:relative;overflow:hidden;touch-action:pan-y';
-  if (this.captions) {
-    this.captions.setAttribute('aria-live', 'polite');
-    this.captions.style.minHeight = '1.4em';
-  }
-  if (this.bar) {
-    this.bar.style.cssText += ';height:10px;margin:6px 10% 0;cursor:pointer;touch-action:none';
-    this.bar.setAttribute('aria-hidden', 'true');
-    if (this.slider) this.slider.style.top = '10px';
-  }
 
   // Start as soon as the first picture that loads has loaded (or at the
   // time-out); the others join the strip as they arrive, a frame's worth at
-  // a time. settled tells that the strip lists every picture there is.
+  // a time. settled tells that the page is parsed and the strip lists every
+  // picture there is.
   var images = this.strip.getElementsByTagName('img');
-  this.pending = images.length;
-  var arrived = function () {
+  this.images = images;
+  this.pending = 0;
+  this.watched = 0;
+  this.arrived = function () {
     self.pending--;
     if (!self.started) {
       for (var i = 0; i < images.length && images[i].state === 'failed'; i++);
@@ -66,9 +57,43 @@ Gallery.prototype.prepare = function () {
       self.relist = requestAnimationFrame(function () { self.relist = 0; self.start(); });
     }
   };
-  for (var i = 0; i < images.length; i++) this.watch(images[i], arrived);
-  if (!images.length) this.start();
+  this.grow();
   setTimeout(function () { if (!self.started) self.start(); }, TIMEOUT);
+};
+
+// While the page is still being parsed the gallery may start with part of
+// its pictures, and the captions and the scroll bar, which come after them,
+// not there yet: this takes in what has come since.
+Gallery.prototype.grow = function () {
+  var self = this, before = !!(this.captions && this.bar && !this.standIn);
+  if (!this.loading) this.loading = this.part('loading');
+  if (!this.captions || this.standIn) {
+    var found = this.root.querySelectorAll('[id="captions"]'), own = null;
+    for (var k = 0; k < found.length && !own; k++) if (found[k] !== this.standIn) own = found[k];
+    if (own) {
+      if (this.standIn) {
+        own.textContent = this.standIn.textContent;
+        this.standIn.parentNode.removeChild(this.standIn);
+        this.standIn = null;
+      }
+      this.adoptCaptions(own);
+    }
+  }
+  if (!this.bar && (this.bar = this.part('scrollbar'))) {
+    this.bar.style.cssText += ';height:10px;margin:6px 10% 0;cursor:pointer;touch-action:none';
+    this.bar.setAttribute('aria-hidden', 'true');
+    if (this.started) this.bindBar();
+  }
+  if (!this.slider && (this.slider = this.part('slider'))) this.slider.style.top = '10px';
+  for (; this.watched < this.images.length; this.watched++) {
+    this.pending++;
+    this.watch(this.images[this.watched], this.arrived);
+  }
+  this.parsed = document.readyState !== 'loading';
+  if (this.parsed && !this.images.length && !this.started) return this.start();
+  if (this.started && (this.parsed || (!before && this.captions && this.bar && !this.standIn)) && !this.relist) {
+    this.relist = requestAnimationFrame(function () { self.relist = 0; self.start(); });
+  }
 };
 
 Gallery.prototype.watch = function (img, settle) {
@@ -135,6 +160,7 @@ Gallery.prototype.start = function () {
     this.started = true;
     if (this.loading) this.loading.style.display = 'none';
     this.strip.style.visibility = 'visible';
+    if (!this.captions && !this.parsed) this.standInCaptions();
     this.bind();
     if (window.ResizeObserver) new ResizeObserver(function () { self.layout(); }).observe(this.root);
   }
@@ -152,7 +178,7 @@ Gallery.prototype.start = function () {
       ratio: w * (reflected ? 1 + REFLECTION : 1) / h });
   }
   var n = this.items.length;
-  this.settled = this.pending <= 0;
+  this.settled = this.parsed && this.pending <= 0;
   this.target = clamp(this.target, 0, n - 1 || 0);
   this.offset = clamp(this.offset, 0, n - 1 || 0);
   if (this.bar) this.bar.style.visibility = n > 1 ? 'visible' : 'hidden';
@@ -229,7 +255,7 @@ Gallery.prototype.go = function (position, jump) {
 };
 
 Gallery.prototype.bind = function () {
-  var self = this, root = this.root, strip = this.strip, bar = this.bar;
+  var self = this, root = this.root, strip = this.strip;
   var at = function () { return Math.round(self.target); };
   var near = function () { self.go(Math.round(self.offset)); };
 
@@ -258,26 +284,7 @@ Gallery.prototype.bind = function () {
     }
   }, { passive: false });
 
-  // Press the bar to jump, drag; release settles on a picture.
-  var drag = false;
-  var follow = function (e) {
-    var box = bar.getBoundingClientRect();
-    self.go(clamp((e.clientX - box.left) / (box.width || 1), 0, 1) * (self.items.length - 1), true);
-  };
-  if (bar) {
-    bar.addEventListener('pointerdown', function (e) {
-      if (e.button) return;
-      drag = true;
-      bar.setPointerCapture(e.pointerId);
-      e.preventDefault();
-      root.focus({ preventScroll: true });
-      follow(e);
-    });
-    bar.addEventListener('pointermove', function (e) { if (drag) follow(e); });
-    ['pointerup', 'pointercancel'].forEach(function (type) {
-      bar.addEventListener(type, function () { if (drag) near(); drag = false; });
-    });
-  }
+  if (this.bar) this.bindBar();
 
   // Swipes move the strip; a tap brings a side picture forward.
   var swipe = null;
@@ -302,15 +309,67 @@ Gallery.prototype.bind = function () {
   strip.addEventListener('pointercancel', function () { swipe = null; near(); });
 };
 
-// Starts new galleries; pages adding one later call Slidewave.start().
+Gallery.prototype.adoptCaptions = function (captions) {
+  captions.setAttribute('aria-live', 'polite');
+  captions.style.minHeight = '1.4em';
+  this.captions = captions;
+};
+
+// Until the page's own captions element is parsed, a stand-in in its place
+// shows the caption of the first picture.
+Gallery.prototype.standInCaptions = function () {
+  var captions = document.createElement('div');
+  captions.id = 'captions';
+  this.strip.parentNode.insertBefore(captions, this.strip.nextSibling);
+  this.standIn = captions;
+  this.adoptCaptions(captions);
+};
+
+// Press the bar to jump, drag; release settles on a picture.
+Gallery.prototype.bindBar = function () {
+  var self = this, bar = this.bar, drag = false;
+  var follow = function (e) {
+    var box = bar.getBoundingClientRect();
+    self.go(clamp((e.clientX - box.left) / (box.width || 1), 0, 1) * (self.items.length - 1), true);
+  };
+  bar.addEventListener('pointerdown', function (e) {
+    if (e.button) return;
+    drag = true;
+    bar.setPointerCapture(e.pointerId);
+    e.preventDefault();
+    self.root.focus({ preventScroll: true });
+    follow(e);
+  });
+  bar.addEventListener('pointermove', function (e) { if (drag) follow(e); });
+  ['pointerup', 'pointercancel'].forEach(function (type) {
+    bar.addEventListener(type, function () { if (drag) self.go(Math.round(self.offset)); drag = false; });
+  });
+};
+
+// Starts new galleries and lets those started take in what was parsed
+// since; pages adding one later call Slidewave.start(). While the page is
+// parsed, a gallery starts once its strip holds a picture.
 function startAll() {
-  var roots = document.querySelectorAll('[id="slidewave"]');
+  var roots = document.querySelectorAll('[id="slidewave"]'), parsing = document.readyState === 'loading';
   for (var i = 0; i < roots.length; i++) {
-    if (!roots[i].gallery) roots[i].gallery = new Gallery(roots[i]);
+    var gallery = roots[i].gallery;
+    if (gallery) {
+      gallery.grow();
+    } else if (!parsing || (roots[i].querySelector('[id="images"] img'))) {
+      roots[i].gallery = new Gallery(roots[i]);
+    }
   }
 }
 
 window.Slidewave = { start: startAll };
-if (document.readyState === 'loading') document.addEventListener('DOMContentLoaded', startAll);
-else startAll();
+if (document.readyState === 'loading') {
+  var parsed = new MutationObserver(startAll);
+  parsed.observe(document, { childList: true, subtree: true });
+  document.addEventListener('DOMContentLoaded', function () {
+    parsed.disconnect();
+    startAll();
+  });
+} else {
+  startAll();
+}
 })();
