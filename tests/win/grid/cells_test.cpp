@@ -224,17 +224,6 @@ TEST(GridComboCell, SelectionFollowsTheTextAndListBoundRefusesOthers) {
     EXPECT_TRUE(cell.ValidateText("12"));
 }
 
-TEST(GridComboCell, InsertWithNegativeIndexAppendsAndKeepsTheSelection) {
-    CExtGridCellComboBox cell;
-    cell.AddString("b");
-    cell.SetCurSel(0);
-    EXPECT_EQ(cell.InsertString(-1, "c"), 1);
-    EXPECT_EQ(cell.InsertString(0, "a"), 0);
-    EXPECT_EQ(cell.InsertString(99, "d"), 3);
-    EXPECT_EQ(cell.GetCurSel(), 1);
-    EXPECT_EQ(cell.GetSelectedText(), "b");
-}
-
 TEST(GridVariantCell, ParsesByTypeAndRefusesBadNumbers) {
     CExtGridCellVariant cell;
     cell.SetText("free");

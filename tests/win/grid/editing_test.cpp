@@ -57,31 +57,25 @@ protected:
     }
 };
 
-TEST_F(GridEditing, F2EditsTextAndEnterCompletesInput) {
-    Focus("Title");
-    Key(VK_F2);
-    ASSERT_TRUE(Rows().IsEditing());
-    EXPECT_EQ(WindowText(Rows().EditorHwnd()), "Hello");
-    Enter("World");
-    EXPECT_FALSE(Rows().IsEditing());
-    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "World");
-    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "World");
-    EXPECT_TRUE(Value("Title")->IsModified());  // painted bold from now on
-}
-
-TEST_F(GridEditing, EscCancelsAndAnUnchangedTextRaisesNothing) {
+TEST_F(GridEditing, EscCancelsAnUnchangedTextRaisesNothingAndF2EnterCompletesInput) {
     Focus("Title");
     Key(VK_RETURN);
-    HWND editor = Rows().EditorHwnd();
-    ASSERT_NE(editor, nullptr);
-    SetWindowTextA(editor, "Changed");
-    Key(VK_ESCAPE, editor);
+    ASSERT_TRUE(Rows().IsEditing());
+    EXPECT_EQ(WindowText(Rows().EditorHwnd()), "Hello");
+    SetWindowTextA(Rows().EditorHwnd(), "Changed");
+    Key(VK_ESCAPE, Rows().EditorHwnd());
     EXPECT_FALSE(Rows().IsEditing());
     EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "Hello");
     Key(VK_F2);
     Key(VK_RETURN, Rows().EditorHwnd());
     ExpectNoEvents();
     EXPECT_FALSE(Value("Title")->IsModified());
+    Key(VK_F2);
+    Enter("World");
+    EXPECT_FALSE(Rows().IsEditing());
+    EXPECT_EQ(CellOf<CExtGridCellString>("Title")->GetText(), "World");
+    ExpectOneEvent(PGN_INPUTCOMPLETE, "Title", "World");
+    EXPECT_TRUE(Value("Title")->IsModified());  // painted bold from now on
 }
 
 TEST_F(GridEditing, TypingOrDeleteStartsAnEditThatKeepsEveryCharacter) {

@@ -93,19 +93,6 @@ TEST_F(FavoritesPickerTest, ListsSubfoldersFirstThenShortcutsSortedAndReturnsThe
     EXPECT_EQ(news, (std::vector<std::string>{"Deeper", "Daily"}));
 }
 
-TEST_F(FavoritesPickerTest, AMissingFolderGivesAnEmptyTree) {
-    UseFolder(favorites_.Path("does-not-exist"));
-    std::size_t items = 99;
-    Then([&](HWND d) {
-        items = TreeChildren(GetDlgItem(d, IDC_FAVORITES_TREE), nullptr).size();
-        Click(d, IDOK);  // nothing chosen: stays open, then cancelled
-    });
-    std::string url = "kept";
-    EXPECT_FALSE(RunFavoritesPicker(nullptr, url));
-    EXPECT_EQ(items, 0u);
-    EXPECT_EQ(url, "kept");
-}
-
 TEST_F(FavoritesPickerTest, TheLinkDialogTakesTheChosenFavorite) {
     Shortcut("a.url", "http://a.example/");
     UseFolder(favorites_.Folder());
