@@ -102,7 +102,8 @@ void SplitTag(std::string_view inner, std::string_view& name, std::string_view& 
 }
 
 // The position of the next '<' or '>' at or after i, or n: eight bytes at a
-// time ('<' and '>' differ only in the bit 0x02).
+// time ('<' and '>' differ only in the bit 0x02; the words are read
+// little-endian, so the lowest flagged byte comes first).
 std::size_t NextBracket(const char* s, std::size_t i, std::size_t n) {
     constexpr std::uint64_t kOnes = 0x0101010101010101ull, kHighs = 0x8080808080808080ull;
     while (i + 8 <= n) {
@@ -131,8 +132,8 @@ int CXmlDocument::Parse(std::string_view text) {
     source_.assign(text.data(), text.size());
 
     // tag and content gather the text of the tag and of the value being
-    // scanned. A tag that stands whole in the source, the usual case, is
-    // read from there instead.
+    // scanned. A tag or a value that stands whole in the source, the usual
+    // case, is read from there instead.
     std::string tag, content, scratch;
     std::size_t tagReserved = 4096, contentReserved = 4096;
     tag.reserve(tagReserved);
