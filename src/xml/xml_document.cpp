@@ -16,16 +16,6 @@ void CXmlDocument::Clear() {
     root_.ClearTextsKeepAttributes();
 }
 
-int CXmlDocument::ClassifyTag(std::string_view tag, std::string& inner) {
-    std::string_view view;
-    int kind = ClassifyTag(tag, inner, view);
-    if (view.empty())
-        inner.clear();
-    else if (view.data() != inner.data())
-        inner.assign(view.data(), view.size());
-    return kind;
-}
-
 namespace {
 
 // Classifies a tag with one '<' first and one '>' last and no bracket
@@ -58,16 +48,20 @@ bool IsPlainTag(std::string_view tag) {
 
 }  // namespace
 
-int CXmlDocument::ClassifyTag(std::string_view tag, std::string& scratch, std::string_view& inner) {
-    if (IsPlainTag(tag)) return ClassifyPlainTag(tag, inner);
+int CXmlDocument::ClassifyTag(std::string_view tag, std::string& inner) {
+    if (IsPlainTag(tag)) {
+        std::string_view body;
+        int kind = ClassifyPlainTag(tag, body);
+        inner.assign(body.data(), body.size());
+        return kind;
+    }
 
     // Anything else, character by character: brackets are dropped wherever
     // they are, a '/' after a '<' makes an end tag, one before a '>' an
     // empty-element tag.
-    scratch.clear();
-    inner = std::string_view();
+    inner.clear();
     if (tag.empty()) return -1;
-    scratch.reserve(tag.size());
+    inner.reserve(tag.size());
     char p = '0';
     int r = 0;
     for (char c : tag) {
@@ -76,13 +70,12 @@ int CXmlDocument::ClassifyTag(std::string_view tag, std::string& scratch, std::s
             if (c == '/') r = 1;
         } else if (p == '/' && c == '>') {
             r = 2;
-            if (!scratch.empty()) scratch.pop_back();
+            if (!inner.empty()) inner.pop_back();
         }
         bool skip = c == '<' || c == '>' || (p == '<' && c == '/') || (p == '/' && c == '>');
-        if (!skip) scratch.push_back(c);
+        if (!skip) inner.push_back(c);
         p = c;
     }
-    inner = scratch;
     return r;
 }
 
@@ -118,13 +111,6 @@ std::size_t NextBracket(const char* s, std::size_t i, std::size_t n) {
     return i;
 }
 
-// Grows a reservation by doubling, as the scanner's accumulators do.
-void Reserve(std::string& s, std::size_t& reserved, std::size_t wanted) {
-    if (wanted <= reserved) return;
-    while (reserved < wanted) reserved *= 2;
-    s.reserve(reserved);
-}
-
 }  // namespace
 
 int CXmlDocument::Parse(std::string_view text) {
@@ -135,9 +121,6 @@ int CXmlDocument::Parse(std::string_view text) {
     // scanned. A tag or a value that stands whole in the source, the usual
     // case, is read from there instead.
     std::string tag, content, scratch;
-    std::size_t tagReserved = 4096, contentReserved = 4096;
-    tag.reserve(tagReserved);
-    content.reserve(contentReserved);
     bool inTag = false;
     truncated_ = false;
     int depth = 1;  // of current_
@@ -147,7 +130,8 @@ int CXmlDocument::Parse(std::string_view text) {
     // as deep as it may be.
     auto take = [&](std::string_view whole, bool plain) {
         std::string_view inner;
-        int r = plain ? ClassifyPlainTag(whole, inner) : ClassifyTag(whole, scratch, inner);
+        int r = plain ? ClassifyPlainTag(whole, inner) : ClassifyTag(whole, scratch);
+        if (!plain) inner = scratch;
         if (r == 0 || r == 2) {
             std::string_view name, attributes;
             SplitTag(inner, name, attributes);
@@ -191,7 +175,6 @@ int CXmlDocument::Parse(std::string_view text) {
         std::size_t j = NextBracket(s, i, n);
         if (j > i) {
             if (inTag) {
-                Reserve(tag, tagReserved, tag.size() + (j - i));
                 tag.append(s + i, j - i);
             } else if (!gathered && run.empty()) {
                 run = std::string_view(s + i, j - i);
@@ -200,7 +183,6 @@ int CXmlDocument::Parse(std::string_view text) {
                     content.assign(run.data(), run.size());
                     gathered = true;
                 }
-                Reserve(content, contentReserved, content.size() + (j - i));
                 content.append(s + i, j - i);
             }
             i = j;

@@ -44,8 +44,6 @@ public:
     // Classifies the text of one tag: -1 ignore, 0 start tag, 1 end tag,
     // 2 empty-element tag; inner receives the text between the brackets.
     static int ClassifyTag(std::string_view tag, std::string& inner);
-    // The same, with inner a view into tag where it can be, else into scratch.
-    static int ClassifyTag(std::string_view tag, std::string& scratch, std::string_view& inner);
 
     // The whole document: declaration, CR LF, then the root and its subtree.
     std::string GetXml();
