@@ -53,8 +53,8 @@ Gallery.prototype.prepare = function () {
       for (var i = 0; i < images.length && images[i].state === 'failed'; i++);
       if (i < images.length && !images[i].state) return;
       self.start();
-    } else if (!self.relist) {
-      self.relist = requestAnimationFrame(function () { self.relist = 0; self.start(); });
+    } else {
+      self.relistSoon();
     }
   };
   this.grow();
@@ -65,7 +65,7 @@ Gallery.prototype.prepare = function () {
 // its pictures, and the captions and the scroll bar, which come after them,
 // not there yet: this takes in what has come since.
 Gallery.prototype.grow = function () {
-  var self = this, before = !!(this.captions && this.bar && !this.standIn);
+  var changed = false;
   if (!this.loading) this.loading = this.part('loading');
   if (!this.captions || this.standIn) {
     var found = this.root.querySelectorAll('[id="captions"]'), own = null;
@@ -77,23 +77,34 @@ Gallery.prototype.grow = function () {
         this.standIn = null;
       }
       this.adoptCaptions(own);
+      changed = true;
     }
   }
   if (!this.bar && (this.bar = this.part('scrollbar'))) {
     this.bar.style.cssText += ';height:10px;margin:6px 10% 0;cursor:pointer;touch-action:none';
     this.bar.setAttribute('aria-hidden', 'true');
     if (this.started) this.bindBar();
+    changed = true;
   }
-  if (!this.slider && (this.slider = this.part('slider'))) this.slider.style.top = '10px';
+  if (!this.slider && (this.slider = this.part('slider'))) {
+    this.slider.style.top = '10px';
+    changed = true;
+  }
   for (; this.watched < this.images.length; this.watched++) {
     this.pending++;
     this.watch(this.images[this.watched], this.arrived);
   }
-  this.parsed = document.readyState !== 'loading';
-  if (this.parsed && !this.images.length && !this.started) return this.start();
-  if (this.started && (this.parsed || (!before && this.captions && this.bar && !this.standIn)) && !this.relist) {
-    this.relist = requestAnimationFrame(function () { self.relist = 0; self.start(); });
-  }
+  var parsed = document.readyState !== 'loading';
+  if (parsed && !this.parsed) changed = true;  // settled may hold now
+  this.parsed = parsed;
+  if (parsed && !this.images.length && !this.started) return this.start();
+  if (this.started && changed) this.relistSoon();
+};
+
+// Lists the pictures again at the next frame (once, however often asked).
+Gallery.prototype.relistSoon = function () {
+  var self = this;
+  if (!this.relist) this.relist = requestAnimationFrame(function () { self.relist = 0; self.start(); });
 };
 
 Gallery.prototype.watch = function (img, settle) {
