@@ -17,6 +17,10 @@ public:
         if (p_) p_->Release();
     }
     T* get() const { return p_; }
+    void reset() {
+        if (p_) p_->Release();
+        p_ = nullptr;
+    }
     T** out() { return &p_; }
     void** outVoid() { return reinterpret_cast<void**>(&p_); }
     T* operator->() const { return p_; }

@@ -14,7 +14,7 @@
 #include "platform/file_system.h"
 #include "render/html_snapshot.h"
 #include "render/preview_image.h"
-#include "win/msxml_transformer.h"
+#include "platform/msxml_transformer.h"
 
 struct CExtensionParts {
     // Builds the engine, then loads the preview picture from the

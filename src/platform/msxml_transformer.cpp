@@ -1,10 +1,11 @@
-#include "win/msxml_transformer.h"
+#include "platform/msxml_transformer.h"
 
 #include <windows.h>
 #include <msxml2.h>
 #include <ole2.h>
 
 #include "platform/com_ref.h"
+#include "platform/one_root_output.h"
 
 namespace {
 
@@ -67,19 +68,27 @@ bool LoadText(IXMLDOMDocument* document, std::string_view text) {
     return wide.get() && SUCCEEDED(document->loadXML(wide.get(), &loaded)) && loaded == VARIANT_TRUE;
 }
 
+bool LoadStylesheet(IXMLDOMDocument* style, std::string_view text) {
+    style->put_async(VARIANT_TRUE);
+    style->put_preserveWhiteSpace(VARIANT_TRUE);
+    ForbidOutsideAccess(style);
+    return LoadText(style, text);
+}
+
 }  // namespace
 
-CMsxmlTransformer::~CMsxmlTransformer() {
-    if (style_) style_->Release();
-}
+CMsxmlTransformer::CMsxmlTransformer() = default;
+CMsxmlTransformer::~CMsxmlTransformer() = default;
 
 std::string CMsxmlTransformer::Transform(std::string_view listXml, std::string_view stylesheet) {
     ComRef<IXMLDOMDocument> source;
-    ComRef<IXMLDOMDocument> style;
-    bool created = CreateDocument(source);
-    const bool reuse = style_ && styleText_ == stylesheet;
-    if (!reuse) created = CreateDocument(style) && created;
-    if (!created) {
+    const bool reuse = style_.get() && styleText_ == stylesheet;
+    if (!reuse) {
+        style_.reset();
+        wrappedStyle_.reset();
+        styleText_.clear();
+    }
+    if (!CreateDocument(source) || (!reuse && !CreateDocument(style_))) {
         MessageBoxA(GetActiveWindow(), kMissingComponentMessage, nullptr, MB_ICONERROR | MB_OK);
         return {};
     }
@@ -87,22 +96,25 @@ std::string CMsxmlTransformer::Transform(std::string_view listXml, std::string_v
     ForbidOutsideAccess(source.get());
     bool sourceLoaded = LoadText(source.get(), listXml);
     if (!reuse) {
-        if (style_) style_->Release();
-        style_ = nullptr;
-        styleText_.clear();
-        style->put_async(VARIANT_TRUE);
-        style->put_preserveWhiteSpace(VARIANT_TRUE);
-        ForbidOutsideAccess(style.get());
-        if (!LoadText(style.get(), stylesheet)) return {};
-        style_ = style.get();
-        style_->AddRef();
+        if (!LoadStylesheet(style_.get(), stylesheet)) {
+            style_.reset();
+            return {};
+        }
         styleText_.assign(stylesheet);
+        std::optional<std::string> wrapped = one_root::WrapRootTemplate(stylesheet);
+        if (wrapped && (!CreateDocument(wrappedStyle_) || !LoadStylesheet(wrappedStyle_.get(), *wrapped)))
+            wrappedStyle_.reset();
     }
     if (!sourceLoaded) return {};
 
-    BSTR output = nullptr;
-    std::string result;
-    if (SUCCEEDED(source->transformNode(style_, &output)) && output) result = Narrow(output);
-    SysFreeString(output);
-    return result;
+    auto run = [&source](IXMLDOMDocument* style) {
+        BSTR output = nullptr;
+        std::string result;
+        if (SUCCEEDED(source->transformNode(style, &output)) && output) result = Narrow(output);
+        SysFreeString(output);
+        return result;
+    };
+    if (wrappedStyle_.get())
+        if (std::optional<std::string> unwrapped = one_root::Unwrap(run(wrappedStyle_.get()))) return *unwrapped;
+    return run(style_.get());
 }
