@@ -26,20 +26,6 @@ std::string Body() { return Definition().Body("<p>$t$</p>").Categories({{"G", {{
 
 }  // namespace
 
-TEST(ProjectRecord, AnUneditedObjectStoresACountOfZero) {
-    CExtensionEngine engine(Body(), {});
-    engine.SetID(-2);
-    CMemoryByteSink sink;
-    engine.StoreRecord(sink);
-    EXPECT_EQ(sink.Bytes(), Bytes({100, 0, 0, 0, 0xFE, 0xFF, 0xFF, 0xFF, 0, 0}));
-
-    CExtensionEngine loaded(Body(), {});
-    CMemoryByteSource source(sink.Bytes());
-    EXPECT_TRUE(loaded.LoadRecord(source).ok());
-    EXPECT_EQ(loaded.GetID(), -2);
-    EXPECT_EQ(loaded.GetHtmlCache(), "<p>default</p>");
-}
-
 TEST(ProjectRecord, TruncatedRecordsKeepWhatWasReadAndLeaveTheHtml) {
     CHashedStringMap values;
     values.Set("$t$", "first");

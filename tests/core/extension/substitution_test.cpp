@@ -85,20 +85,6 @@ TEST_F(ImageListSubstitution, ListsThatCouldReachOutsideNestTooDeepOrCostTooMuch
     }
 }
 
-TEST(Substitution, ValuesThatDoubleTheTextStopAtTheSizeLimit) {
-    // Each value holds the next variable twice: 30 properties would make
-    // gigabytes of text.
-    std::vector<testdef::Property> chain;
-    for (int i = 0; i < 30; ++i)
-        chain.push_back(
-            {"$v" + std::to_string(i) + "$", "2", "$v" + std::to_string(i + 1) + "$$v" + std::to_string(i + 1) + "$"});
-    CExtensionEngine engine(Definition().Body("<p>$v0$</p>").Categories({{"G", chain}}).Text(), {});
-    EXPECT_TRUE(engine.ExceededSizeLimit());
-    EXPECT_LE(engine.GetHtmlCache().size(), CExtensionEngine::kMaxSubstitutedText);
-    EXPECT_EQ(engine.GetHtmlCache().rfind("<p>$v", 0), 0u);
-    EXPECT_FALSE(CExtensionEngine(Definition().Body("<p>$v0$</p>").Text(), {}).ExceededSizeLimit());
-}
-
 TEST(Substitution, ReadsTheDefinitionTextNotLaterTreeChanges) {
     CExtensionEngine engine(Definition().Categories({{"G", {{"$x$", "2", "original"}}}}).Text(), {});
     CXmlElement* property =

@@ -16,18 +16,9 @@
 namespace testdef {
 
 struct Property {
-    Property(std::string variable, std::string type, std::string value, std::string colortype = "",
-             std::string gallerytemplate = "")
-        : variable(std::move(variable)),
-          type(std::move(type)),
-          value(std::move(value)),
-          colortype(std::move(colortype)),
-          gallerytemplate(std::move(gallerytemplate)) {}
-    std::string variable;
-    std::string type;
-    std::string value;
-    std::string colortype;        // written only when not empty
-    std::string gallerytemplate;  // plain style sheet, stored as Base64
+    std::string variable, type, value;
+    std::string colortype{};        // written only when not empty
+    std::string gallerytemplate{};  // plain style sheet, stored as Base64
 };
 
 struct Category {
@@ -36,8 +27,6 @@ struct Category {
 };
 
 struct File {
-    File(std::string name, std::string content, bool process = false)
-        : name(std::move(name)), content(std::move(content)), process(process) {}
     std::string name;
     std::string content;  // stored as Base64
     bool process = false;
@@ -56,8 +45,6 @@ public:
         return *this;
     }
     Definition& Body(const std::string& html) { return Template("HTML_BODY", html); }
-    Definition& Head(const std::string& html) { return Template("HTML_HEAD", html); }
-    Definition& Tail(const std::string& html) { return Template("HTML_TAIL", html); }
     Definition& Template(const std::string& element, const std::string& html) {
         doc_.AddChild(root_, element, Base64Encode(html, 76), std::nullopt);
         return *this;
@@ -119,35 +106,28 @@ public:
     std::vector<std::pair<std::string, std::string>> calls;
 };
 
-// An in-memory file system with Windows or POSIX paths that records what
-// happens and fails the operations on paths it is told to fail.
+// An in-memory file system with Windows or POSIX paths.
 class MemoryFileSystem : public CFileSystem {
 public:
     explicit MemoryFileSystem(PathStyle style = PathStyle::kWindows) : style_(style) {}
 
     PathStyle GetPathStyle() const override { return style_; }
     FileResult CreateFolder(const std::string& path) override {
-        log.push_back("mkdir " + path);
         return folders.insert(path).second ? FileResult() : FileResult::Failed("exists");
     }
     FileResult CopyFileOverwriting(const std::string& from, const std::string& to) override {
-        log.push_back("copy " + from + " -> " + to);
         auto source = files.find(from);
-        if (source == files.end() || failing.count(to)) return FileResult::Failed("cannot copy " + from);
+        if (source == files.end()) return FileResult::Failed("cannot copy " + from);
         files[to] = source->second;
         return {};
     }
     FileResult WriteWholeFile(const std::string& path, std::string_view bytes) override {
-        log.push_back("write " + path);
-        if (failing.count(path)) return FileResult::Failed("cannot write " + path);
         files[path] = std::string(bytes);
         return {};
     }
 
     std::map<std::string, std::string> files;
     std::set<std::string> folders;
-    std::set<std::string> failing;
-    std::vector<std::string> log;
 
 private:
     PathStyle style_;

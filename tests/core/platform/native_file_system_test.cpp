@@ -9,10 +9,6 @@
 
 #include "platform/file_system.h"
 
-#if !defined(_WIN32)
-#include <sys/stat.h>
-#endif
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -93,17 +89,7 @@ TEST_F(NativeFileSystem, NeverWritesThroughPlantedFilesAndCopiesNothingOntoItsel
 }
 
 #if !defined(_WIN32)
-TEST_F(NativeFileSystem, RefusesWhatIsNoRegularFileWithoutBlocking) {
-    ASSERT_EQ(::mkfifo(At("fifo").c_str(), 0600), 0);
-    FileResult source = files->CopyFileOverwriting(At("fifo"), At("copy"));
-    EXPECT_NE(source.why().find("FIFO"), std::string::npos) << source.why();
-    FileResult target = files->WriteWholeFile(At("fifo"), "x");
-    EXPECT_NE(target.why().find("FIFO"), std::string::npos) << target.why();
-    EXPECT_TRUE(fs::is_fifo(At("fifo")));
-    EXPECT_FALSE(files->WriteWholeFile("/dev/null", "x"));
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
-
-    // A link at the target is replaced, never written through.
+TEST_F(NativeFileSystem, ALinkAtTheTargetIsReplacedNeverWrittenThrough) {
     ASSERT_TRUE(files->WriteWholeFile(At("victim"), "victim"));
     fs::create_symlink(At("victim"), At("link"));
     ASSERT_TRUE(files->WriteWholeFile(At("link"), "new"));
@@ -114,6 +100,6 @@ TEST_F(NativeFileSystem, RefusesWhatIsNoRegularFileWithoutBlocking) {
     std::string longest(255, 'n');
     EXPECT_TRUE(files->WriteWholeFile(At(longest), "x"));
     EXPECT_TRUE(files->CopyFileOverwriting(At(longest), At(longest.substr(0, 250) + ".jpeg")));
-    EXPECT_EQ(Entries(), 5u);
+    EXPECT_EQ(Entries(), 4u);
 }
 #endif

@@ -1,37 +1,10 @@
-// What the generated documents of the XML model stage cannot show: the tag
-// classifier's API, a second parse into the same document, and the depth limit.
+// What the generated documents of the XML model stage cannot show: a second
+// parse into the same document, and the depth limit.
 #include <gtest/gtest.h>
 
 #include "xml/xml_document.h"
 
 namespace {
-
-TEST(ClassifyTag, KindsAndInnerText) {
-    std::string inner;
-    EXPECT_EQ(CXmlDocument::ClassifyTag("<A x=\"1\">", inner), 0);
-    EXPECT_EQ(inner, "A x=\"1\"");
-    EXPECT_EQ(CXmlDocument::ClassifyTag("</A>", inner), 1);
-    EXPECT_EQ(inner, "A");
-    EXPECT_EQ(CXmlDocument::ClassifyTag("<B y=\"2\"/>", inner), 2);
-    EXPECT_EQ(inner, "B y=\"2\"");
-    EXPECT_EQ(CXmlDocument::ClassifyTag("<B />", inner), 2);
-    EXPECT_EQ(inner, "B ");
-    EXPECT_EQ(CXmlDocument::ClassifyTag("<?xml version=\"1.0\"?>", inner), -1);
-    EXPECT_EQ(CXmlDocument::ClassifyTag("<!-- c -->", inner), -1);
-    EXPECT_EQ(CXmlDocument::ClassifyTag("", inner), -1);
-    EXPECT_EQ(inner, "");
-    // "</>" is an end tag that the closing "/>" turns into an empty element.
-    EXPECT_EQ(CXmlDocument::ClassifyTag("</>", inner), 2);
-    EXPECT_EQ(inner, "");
-}
-
-TEST(Parser, DeclarationLineBreakEndsUpInTheRootName) {
-    CXmlDocument doc;
-    doc.Parse("<?xml version=\"1.0\"?>\r\n<R a=\"1\"><C/></R>");
-    EXPECT_EQ(doc.GetRoot()->GetName(), "\r\nR");
-    EXPECT_EQ(doc.GetRoot()->GetAttribute("a"), "1");
-    EXPECT_EQ(doc.GetRoot()->GetChild(0)->GetName(), "C");
-}
 
 TEST(Parser, ReparseKeepsTheOldRootAttributes) {
     CXmlDocument doc;
