@@ -13,22 +13,10 @@ import xml_model
 import xslt_model
 from xml_model import Document, Element, OrderedHashMap, escape, unescape
 
-WS = xml_model.WS
-
 
 def atoi(text):
-    i, n = 0, len(text)
-    while i < n and text[i] in WS:
-        i += 1
-    sign = 1
-    if i < n and text[i] in b"+-":
-        sign = -1 if text[i] == ord("-") else 1
-        i += 1
-    v = 0
-    while i < n and 48 <= text[i] <= 57:
-        v = v * 10 + text[i] - 48
-        i += 1
-    return sign * v
+    v = xml_model.scan_lu(text, 0) or 0
+    return v - (1 << 32) if v >= 1 << 31 else v
 
 
 def file_name_part(path):
@@ -77,12 +65,15 @@ def decode_or_keep(text):
     return stored if ok else text
 
 
-def properties_of(root):
+def categories(root):
+    """Each CATEGORY's PROPERTY children."""
     props = find_child(root, b"PROPERTIES")
-    if props is None:
-        return []
-    return [p for cat in props.children if cat.name.lower() == b"category"
-            for p in cat.children if p.name.lower() == b"property"]
+    return [[p for p in cat.children if p.name.lower() == b"property"]
+            for cat in (props.children if props is not None else []) if cat.name.lower() == b"category"]
+
+
+def properties_of(root):
+    return [p for cat in categories(root) for p in cat]
 
 
 def replace(text, variable, value):
@@ -116,7 +107,6 @@ def write_image_list(paths):
 
 class Engine:
     def __init__(self, definition):
-        self.source = definition
         self.doc = Document()
         self.doc.parse(definition)
         root = self.doc.root
@@ -142,45 +132,29 @@ class Engine:
         return variable, kind, value
 
     # --- substitution ---------------------------------------------------
-    def replace_variables(self, text, depth=0):
-        if depth > 50:
-            raise RecursionError("image lists refer to each other")
-        copy = Document()
-        copy.parse(self.source)
-        for prop in properties_of(copy.root):
+    # The design view (publishing false) keeps file paths and the image
+    # list's local picture paths.
+    def replace_variables(self, text, publishing=True):
+        for prop in properties_of(self.doc.root):
             variable, kind, value = self.rule(prop)
             if kind == 1:
                 text = replace(text, variable, colour_text(prop, value))
             elif kind == 3:
-                text = replace(text, variable, file_name_part(value))
+                text = replace(text, variable, file_name_part(value) if publishing else value)
             elif kind == 6:
                 if variable in text:
-                    value = self.replace_variables(value, depth + 1)
-                    text = replace(text, variable, self.gallery_code(prop, value, 0, depth + 1))
+                    value = self.replace_variables(value)
+                    text = replace(text, variable, self.gallery_code(prop, value, not publishing))
             else:
                 text = replace(text, variable, value)
         return text
 
     def update_html(self, publishing):
         body = find_child(self.doc.root, b"HTML_BODY")
-        if body is None:
-            return
-        cache = decode_or_keep(unescape(body.value))
-        for prop in properties_of(self.doc.root):
-            variable, kind, value = self.rule(prop)
-            if kind == 1:
-                cache = replace(cache, variable, colour_text(prop, value))
-            elif kind == 3:
-                cache = replace(cache, variable, file_name_part(value) if publishing else value)
-            elif kind == 6:
-                if variable in cache:
-                    value = self.replace_variables(value)
-                    cache = replace(cache, variable, self.gallery_code(prop, value, 0 if publishing else 1))
-            else:
-                cache = replace(cache, variable, value)
-        self.cache = cache
+        if body is not None:
+            self.cache = self.replace_variables(decode_or_keep(unescape(body.value)), publishing)
 
-    def gallery_code(self, prop, value, keep_paths, depth=0):
+    def gallery_code(self, prop, value, keep_paths):
         template = decode_or_keep(prop.attrs.get(b"gallerytemplate") or b"")
         listing = value
         if not keep_paths:
@@ -193,7 +167,7 @@ class Engine:
                 name = file_name_part(child_value(image, b"FILENAME"))
                 set_child_value(image, b"FILENAME", url_path(self.page_context.rstrip(b"/")) + b"/" + url_path(name))
             listing = doc.get_xml()
-        template = self.replace_variables(template, depth)
+        template = self.replace_variables(template)
         out = xslt_model.transform(listing, template)
         if out is None:
             return b""
@@ -223,35 +197,26 @@ class Engine:
 
     # --- links ----------------------------------------------------------
     def link_walk(self, index):
-        """Yields the link properties that match `index`, carry-over included."""
-        props = find_child(self.doc.root, b"PROPERTIES")
-        if props is None:
-            return
+        """The link at `index`, then the first link of every later category:
+        the walk stops counting there and ends only that category's loop."""
         counter = 0
-        for cat in props.children:
-            if cat.name.lower() != b"category":
-                continue
-            for prop in cat.children:
-                if prop.name.lower() != b"property" or atoi(prop.attrs.get(b"type") or b"") != 8:
-                    continue
-                if counter != index:
-                    counter += 1
-                    continue
-                yield prop
-                break
+        for cat in categories(self.doc.root):
+            links = [p for p in cat if atoi(p.attrs.get(b"type") or b"") == 8]
+            if 0 <= index - counter < len(links):
+                yield links[index - counter]
+                counter = index
+            else:
+                counter += len(links)
 
     def url_count(self):
         return sum(1 for p in properties_of(self.doc.root) if atoi(p.attrs.get(b"type") or b"") == 8)
 
     def get_url(self, index):
-        result = b""
-        for prop in self.link_walk(index):
-            result = self.rule(prop)[2]
-        return result
+        return ([b""] + [self.rule(p)[2] for p in self.link_walk(index)])[-1]
 
     def set_url(self, index, text):
-        for prop in list(self.link_walk(index)):
-            self.values.set(unescape(prop.attrs.get(b"variable") or b""), text)
+        for prop in self.link_walk(index):
+            self.values.set(self.rule(prop)[0], text)
 
     # --- site structure -------------------------------------------------
     def find_in_site(self, match, start=None):
@@ -273,10 +238,6 @@ class Engine:
     def copy_files(self, fs, output, images):
         """Plans publishing, then carries the plan out unless pwext refuses
         it; returns the refusal or None."""
-        out_dir, img_dir = output.rstrip(b"/"), images.rstrip(b"/")
-        cut = img_dir.rfind(b"/")
-        if cut >= 0 and img_dir[:cut] == out_dir:
-            self.page_context = img_dir[cut + 1:]
         plan, left_out = [], []
         files = find_child(self.doc.root, b"FILES")
         if files is not None:

@@ -45,7 +45,6 @@ class OrderedHashMap:
 class Element:
     def __init__(self):
         self.name = b""
-        self.attr_text = b""
         self.children = []
         self.attrs = OrderedHashMap()
         self.parent = None
@@ -112,7 +111,6 @@ class Document:
         root.children = []
         root.name = b""
         root.value = b""
-        root.attr_text = b""
         root.parent = None
         cur = root
         tag = bytearray()
@@ -132,13 +130,11 @@ class Document:
                     name, attrs = split(inner)
                     if root.name == b"":
                         root.name = name
-                        root.attr_text = attrs
                         parse_attributes(root, attrs)
                     else:
                         e = Element()
                         e.parent = cur
                         e.name = name
-                        e.attr_text = attrs
                         parse_attributes(e, attrs)
                         cur.children.append(e)
                         cur = e
@@ -157,7 +153,6 @@ class Document:
         out = [b'<?xml version="1.0" encoding="UTF-8"?>\r\n']
         # iterative
         stack = [(self.root, 0, False)]
-        depth = -1
         while stack:
             e, d, closing = stack.pop()
             if closing:

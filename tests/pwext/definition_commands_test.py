@@ -6,6 +6,7 @@ are written whole or not at all, and the round trip through real folders.
 
     python3 tests/pwext/definition_commands_test.py [PWEXT]
 """
+import filecmp
 import json
 import os
 import subprocess
@@ -151,24 +152,15 @@ class DefinitionCommands(unittest.TestCase):
             self.assertRegex(err, r"manifest.txt:\d+: %s: EXTENSION" % ("error" if wanted else "warning"))
             self.assertEqual(os.path.exists(self.path(name + ".packed")), not wanted)
 
-    def test_definition_is_the_packed_resource(self):
-        packed = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(PWEXT))), "resources", "extension.xml")
-        if os.path.exists(packed):
-            with open(packed, "rb") as f:
-                self.assertEqual(self.builtin, f.read())
-        self.assertTrue(self.builtin.startswith(b'<?xml version="1.0" encoding="UTF-8"?>\r\n<EXTENSION title="Slidewave" '))
-        self.assertOneLineError(run("definition", "x"), 2, "usage")
-
     def test_unpack_then_pack_reproduces_the_bytes(self):
         source = self.write("extension.xml", self.builtin)
         folder = self.path("src")
         code, out, err = run("unpack", source, folder)
         self.assertEqual((code, err), (0, ""))
-        # The payload comes back as the file it was packed from.
+        # The built-in definition unpacks to the source folder it is packed from.
         resources = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "resources", "slidewave")
-        for name in ("files/slidewave.js", "gallery.xsl"):
-            with open(os.path.join(folder, name), "rb") as got, open(os.path.join(resources, name), "rb") as want:
-                self.assertEqual(got.read(), want.read(), name)
+        names = [os.path.relpath(os.path.join(d, n), folder) for d, _, found in os.walk(folder) for n in found]
+        self.assertEqual(filecmp.cmpfiles(folder, resources, names, shallow=False), (names, [], []))
         code, out, _ = run("pack", folder)
         self.assertEqual((code, out), (0, self.builtin))
         code, out, _ = run("pack", folder, "-o", self.path("again.xml"))
@@ -191,6 +183,7 @@ class DefinitionCommands(unittest.TestCase):
         self.assertEqual(os.listdir(self.path("busy")), ["keep.txt"])
         self.assertOneLineError(run("unpack", self.path("missing.xml"), self.path("out")), 1, "cannot read")
         self.assertOneLineError(run("unpack", "only-one"), 2, "usage")
+        self.assertOneLineError(run("definition", "x"), 2, "usage")
 
     def test_pack_messages_name_the_problem_and_leave_no_output(self):
         os.mkdir(self.path("empty"))
@@ -227,8 +220,6 @@ class DefinitionCommands(unittest.TestCase):
         code, out, _ = run("info", "--definition", odd)
         text = out.decode("latin-1")
         self.assertEqual(code, 0)
-        self.assertIn("  minimum size  12 x 0\n", text)
-        self.assertIn("  use DIV       no\n", text)  # only exactly "1" counts
         self.assertIn("  render method 2 (HTML snapshot)\n", text)
         self.assertIn("    Untyped           type 0 (Boolean)", text)
         self.assertIn("      choices a|b|c\n", text)
