@@ -115,18 +115,6 @@ protected:
     ScratchFolder folder;
 };
 
-TEST_F(LoadFromFile, RgbPngIsCopiedAt24Bits) {
-    Picture picture = Gradient(7, 5);
-    CDibSection dib;
-    ASSERT_EQ(dib.LoadFromFile(Wide(folder.Write("rgb.png", Png(picture, 2))).c_str()), S_OK);
-    EXPECT_EQ(dib.BitsPerPixel(), 24);
-    EXPECT_FALSE(dib.HasAlpha());
-    ASSERT_EQ(dib.Width(), 7);
-    ASSERT_EQ(dib.Height(), 5);
-    for (int y = 0; y < 5; ++y)
-        for (int x = 0; x < 7; ++x) EXPECT_EQ(Pixel(dib, x, y), picture.At(x, y) & 0xFFFFFF) << x << "," << y;
-}
-
 TEST_F(LoadFromFile, AlphaPngIsPremultiplied) {
     Picture picture{3, 1, {0xFF102030u, 0x80FF0000u, 0x0000FF00u}};
     CDibSection dib;

@@ -11,12 +11,6 @@ using namespace test_pictures;
 
 namespace {
 
-bool GdiplusIsPresent() {
-    HMODULE library = LoadLibraryA("GDIPLUS.DLL");
-    if (library) FreeLibrary(library);
-    return library != nullptr;
-}
-
 TEST(IsPngFile, ComparesTheTextAfterTheLastDot) {
     EXPECT_TRUE(IsPngFile("C:\\pictures\\a.png"));
     EXPECT_TRUE(IsPngFile("a.b.PnG"));
@@ -122,16 +116,6 @@ TEST_F(PreviewImage, WebAddressThatCannotBeFetchedLoadsNothing) {
     CPreviewImage image;
     EXPECT_FALSE(image.Load("http://127.0.0.1:9/pics/picture.bmp", nullptr));
     EXPECT_FALSE(image.IsLoaded());
-}
-
-// Run by its own ctest entry with GDI+ switched off.
-TEST_F(PreviewImage, WithoutGdiplusPngIsAnOlePicture) {
-    if (GdiplusIsPresent()) GTEST_SKIP() << "GDI+ is present";
-    CPreviewImage image;
-    EXPECT_FALSE(image.UsesGdiplus());
-    ASSERT_TRUE(image.Load(png.c_str(), nullptr));
-    EXPECT_NE(image.Picture(), nullptr);
-    ExpectDrawn(image, RECT{5, 4, 35, 26}, 12, 8);
 }
 
 }  // namespace

@@ -15,32 +15,7 @@
 
 namespace {
 
-void Put16(std::string& s, std::uint16_t v) { s.append(reinterpret_cast<const char*>(&v), 2); }
-void Put32(std::string& s, std::uint32_t v) { s.append(reinterpret_cast<const char*>(&v), 4); }
-
-// A ".bmp" file: file header (with a deliberately wrong offset field), info
-// header, colour entries, pixel rows as given.
-std::string BmpFile(int width, int height, int bits, std::uint32_t compression, std::uint32_t coloursUsed,
-                    const std::vector<std::uint32_t>& colours, const std::string& pixels) {
-    std::string info;
-    Put32(info, 40);
-    Put32(info, static_cast<std::uint32_t>(width));
-    Put32(info, static_cast<std::uint32_t>(height));
-    Put16(info, 1);
-    Put16(info, static_cast<std::uint16_t>(bits));
-    Put32(info, compression);
-    Put32(info, static_cast<std::uint32_t>(pixels.size()));
-    Put32(info, 2835);
-    Put32(info, 2835);
-    Put32(info, coloursUsed);
-    Put32(info, 0);
-    for (std::uint32_t c : colours) Put32(info, c);
-    std::string file = "BM";
-    Put32(file, static_cast<std::uint32_t>(14 + info.size() + pixels.size()));
-    Put32(file, 0);
-    Put32(file, 9999);  // bits offset: never used by the reader
-    return file + info + pixels;
-}
+using test_pictures::Bmp;
 
 // The bitmap's pixels as 0xRRGGBB, top row first.
 std::vector<std::uint32_t> Pixels(HBITMAP bitmap, int width, int height) {
@@ -69,34 +44,18 @@ Loaded Load(const std::string& file, int width, int height) {
     return result;
 }
 
-TEST(LoadBitmapFromStream, TwentyFourBitsBottomUp) {
-    // Rows bottom-up, BGR, padded to four bytes.
-    std::string pixels(
-        "\x00\x00\xff"
-        "\x00\xff\x00"
-        "\0\0",
-        8);  // bottom: red, green
-    pixels += std::string(
-        "\xff\x00\x00"
-        "\xff\xff\xff"
-        "\0\0",
-        8);  // top: blue, white
-    Loaded got = Load(BmpFile(2, 2, 24, BI_RGB, 0, {}, pixels), 2, 2);
-    ASSERT_TRUE(got.ok);
-    EXPECT_EQ(got.pixels, (std::vector<std::uint32_t>{0x0000ff, 0xffffff, 0xff0000, 0x00ff00}));
-}
-
 TEST(LoadBitmapFromStream, PaletteSizeFromBitCountOrColoursUsed) {
     // 8 bits with biClrUsed 0: 256 entries precede the pixels.
     std::vector<std::uint32_t> palette(256, 0);
     palette[7] = 0x123456;
     std::string row("\x07\x00\x00\x00", 4);
-    Loaded full = Load(BmpFile(1, 1, 8, BI_RGB, 0, palette, row), 1, 1);
+    // The bits-offset field (9999 here) is never read.
+    Loaded full = Load(Bmp(1, 1, 8, BI_RGB, 0, palette, row, 9999), 1, 1);
     ASSERT_TRUE(full.ok);
     EXPECT_EQ(full.pixels[0], 0x123456u);
 
     // biClrUsed 2: only two entries.
-    Loaded two = Load(BmpFile(1, 1, 8, BI_RGB, 2, {0x000000, 0xabcdef}, std::string("\x01\0\0\0", 4)), 1, 1);
+    Loaded two = Load(Bmp(1, 1, 8, BI_RGB, 2, {0x000000, 0xabcdef}, std::string("\x01\0\0\0", 4)), 1, 1);
     ASSERT_TRUE(two.ok);
     EXPECT_EQ(two.pixels[0], 0xabcdefu);
 }
@@ -104,20 +63,20 @@ TEST(LoadBitmapFromStream, PaletteSizeFromBitCountOrColoursUsed) {
 TEST(LoadBitmapFromStream, BitfieldsMasksPrecedeThePixels) {
     // 16 bits, 5-6-5: pure green is 0x07E0.
     Loaded got =
-        Load(BmpFile(1, 1, 16, BI_BITFIELDS, 0, {0xF800, 0x07E0, 0x001F}, std::string("\xe0\x07\0\0", 4)), 1, 1);
+        Load(Bmp(1, 1, 16, BI_BITFIELDS, 0, {0xF800, 0x07E0, 0x001F}, std::string("\xe0\x07\0\0", 4)), 1, 1);
     ASSERT_TRUE(got.ok);
     EXPECT_EQ(got.pixels[0], 0x00ff00u);
 }
 
 TEST(LoadBitmapFromStream, RefusesWhatIsNotABitmapOrTooShort) {
-    std::string good = BmpFile(2, 2, 24, BI_RGB, 0, {}, std::string(16, '\x40'));
+    std::string good = Bmp(2, 2, 24, BI_RGB, 0, {}, std::string(16, '\x40'));
     HBITMAP bitmap = nullptr;
     EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 13), &bitmap));                                  // under 14 bytes
     EXPECT_FALSE(LoadBitmapFromStream("XM" + good.substr(2), &bitmap));                               // not "BM"
     EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, 14 + 39), &bitmap));                             // header cut
     EXPECT_FALSE(LoadBitmapFromStream(good.substr(0, good.size() - 1), &bitmap));                     // pixels cut
-    EXPECT_FALSE(LoadBitmapFromStream(BmpFile(1, 1, 8, BI_RGB, 0, {1, 2, 3}, "\0\0\0\0"), &bitmap));  // palette cut
-    EXPECT_FALSE(LoadBitmapFromStream(BmpFile(0x7fffffff, 0x7fffffff, 32, BI_RGB, 0, {}, "1234"), &bitmap));
+    EXPECT_FALSE(LoadBitmapFromStream(Bmp(1, 1, 8, BI_RGB, 0, {1, 2, 3}, "\0\0\0\0"), &bitmap));  // palette cut
+    EXPECT_FALSE(LoadBitmapFromStream(Bmp(0x7fffffff, 0x7fffffff, 32, BI_RGB, 0, {}, "1234"), &bitmap));
     EXPECT_FALSE(LoadBitmapFromStream(good, nullptr));
     EXPECT_EQ(bitmap, nullptr);
 }

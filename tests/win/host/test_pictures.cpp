@@ -123,6 +123,23 @@ std::string Grey16Png(int width, int height, const std::vector<std::uint16_t>& l
     return PngFile(width, height, 16, 0, rows);
 }
 
+std::string Bmp(int width, int height, int bits, std::uint32_t compression, std::uint32_t coloursUsed,
+                const std::vector<std::uint32_t>& colours, const std::string& pixels, std::uint32_t offset) {
+    std::string info;
+    for (std::uint32_t field : {40u, static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height)})
+        Put32(info, field);
+    Put16(info, 1);
+    Put16(info, static_cast<std::uint16_t>(bits));
+    for (std::uint32_t field : {compression, static_cast<std::uint32_t>(pixels.size()), 2835u, 2835u, coloursUsed, 0u})
+        Put32(info, field);
+    for (std::uint32_t c : colours) Put32(info, c);
+    std::string file = "BM";
+    Put32(file, static_cast<std::uint32_t>(14 + info.size() + pixels.size()));
+    Put32(file, 0);
+    Put32(file, offset ? offset : static_cast<std::uint32_t>(14 + info.size()));
+    return file + info + pixels;
+}
+
 std::string Bmp(const Picture& picture) {
     int rowBytes = (picture.width * 3 + 3) & ~3;
     std::string pixels;
@@ -137,22 +154,7 @@ std::string Bmp(const Picture& picture) {
         row.resize(static_cast<std::size_t>(rowBytes), '\0');
         pixels += row;
     }
-    std::string file = "BM";
-    Put32(file, static_cast<std::uint32_t>(54 + pixels.size()));
-    Put32(file, 0);
-    Put32(file, 54);
-    Put32(file, 40);
-    Put32(file, static_cast<std::uint32_t>(picture.width));
-    Put32(file, static_cast<std::uint32_t>(picture.height));
-    Put16(file, 1);
-    Put16(file, 24);
-    Put32(file, BI_RGB);
-    Put32(file, static_cast<std::uint32_t>(pixels.size()));
-    Put32(file, 2835);
-    Put32(file, 2835);
-    Put32(file, 0);
-    Put32(file, 0);
-    return file + pixels;
+    return Bmp(picture.width, picture.height, 24, BI_RGB, 0, {}, pixels);
 }
 
 ScratchFolder::ScratchFolder() {

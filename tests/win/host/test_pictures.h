@@ -29,6 +29,10 @@ std::string PalettePng(int width, int height, const std::vector<std::uint8_t>& i
 // Colour type 0 at 16 bits: grey levels, most significant byte first.
 std::string Grey16Png(int width, int height, const std::vector<std::uint16_t>& levels);
 std::string Bmp(const Picture& picture);
+// Any ".bmp" file: headers, colour entries (0x00RRGGBB) and the pixel rows as
+// given; offset, when not 0, replaces the bits-offset field.
+std::string Bmp(int width, int height, int bits, std::uint32_t compression, std::uint32_t coloursUsed,
+                const std::vector<std::uint32_t>& colours, const std::string& pixels, std::uint32_t offset = 0);
 
 // A folder of its own under the temporary folder, removed with its files.
 class ScratchFolder {

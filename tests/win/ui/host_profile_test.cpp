@@ -14,11 +14,7 @@ namespace {
 
 const char kProfileKey[] = "Software\\SlidewaveTests\\pwhost";
 
-void DeleteProfileKeys() {
-    for (const char* key : {"Software\\SlidewaveTests\\pwhost\\Settings",
-                            "Software\\SlidewaveTests\\pwhost\\URL_History", kProfileKey, "Software\\SlidewaveTests"})
-        RegDeleteKeyA(HKEY_CURRENT_USER, key);
-}
+void DeleteProfileKeys() { RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\SlidewaveTests"); }
 
 std::string RegistryText(const std::string& key, const char* name) {
     char value[512] = {};

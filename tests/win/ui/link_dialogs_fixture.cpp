@@ -9,13 +9,9 @@
 
 namespace {
 
-const char kTestKey[] = "Software\\SlidewaveTests";
-const char kProfileKey[] = "Software\\SlidewaveTests\\LinkDialogs";
 const char kHistoryKey[] = "Software\\SlidewaveTests\\LinkDialogs\\URL_History";
 
-void DeleteTestKeys() {
-    for (const char* key : {kHistoryKey, kProfileKey, kTestKey}) RegDeleteKeyA(HKEY_CURRENT_USER, key);
-}
+void DeleteTestKeys() { RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\SlidewaveTests"); }
 
 }  // namespace
 

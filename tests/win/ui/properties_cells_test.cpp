@@ -87,9 +87,15 @@ TEST(PropertyCells, BoundedSpinStepsWithinItsBoundsAndCopiesAndArchivesThem) {
     CExtGridCellUpDownRange range;  // 0 to 99 until set
     EXPECT_FALSE(range.StepDown());
     range.SetInt32(99);
+    EXPECT_FALSE(range.IsButtonEnabled(0));
+    EXPECT_TRUE(range.IsButtonEnabled(1));
     EXPECT_FALSE(range.StepUp());
     EXPECT_TRUE(range.StepDown());
     EXPECT_EQ(range.GetInt32(), 98);
+    range.SetText("150");  // typed text is not clamped by the steps
+    EXPECT_EQ(range.GetInt32(), 150);
+    EXPECT_FALSE(range.StepUp());
+    EXPECT_TRUE(range.StepDown());
     range.SetRange(-5, 5);
     range.SetInt32(3);
     auto clone = CloneOf(range);
