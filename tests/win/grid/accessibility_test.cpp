@@ -3,7 +3,7 @@
 
 #include <oleacc.h>
 
-#include "../com_text.h"
+#include "../plain_text.h"
 
 namespace {
 

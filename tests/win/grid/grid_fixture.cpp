@@ -1,12 +1,15 @@
 #include "grid_fixture.h"
 
 namespace {
+// Everything that reached a fixture's parent window as WM_NOTIFY.
+std::vector<GridEvent> g_parentEvents;
+
 LRESULT CALLBACK FrameProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NOTIFY) {
         const auto* nm = reinterpret_cast<const NMPROPERTYGRID*>(lParam);
         if (nm->hdr.code == PGN_INPUTCOMPLETE || nm->hdr.code == PGN_VALUEAPPLIED) {
             CExtGridCell* cell = nm->item->ValueActiveGet();
-            GridFixtureEvents().push_back({nm->hdr.code, nm->item->NameGet(), cell ? cell->GetText() : ""});
+            g_parentEvents.push_back({nm->hdr.code, nm->item->NameGet(), cell ? cell->GetText() : ""});
         }
         return 0;
     }
@@ -21,12 +24,7 @@ Cell* Add(CExtPropertyCategory* category, const char* name, const char* descript
 }
 }  // namespace
 
-std::vector<GridEvent>& GridFixtureEvents() {
-    static std::vector<GridEvent> events;
-    return events;
-}
-
-std::vector<GridEvent>& GridFixture::ParentEvents() { return GridFixtureEvents(); }
+std::vector<GridEvent>& GridFixture::ParentEvents() { return g_parentEvents; }
 
 void RecordingGridCtrl::OnInputComplete(CExtPropertyValue& item) {
     hooks.push_back({PGN_INPUTCOMPLETE, item.NameGet(), item.ValueActiveGet()->GetText()});
@@ -91,11 +89,6 @@ void GridFixture::TearDown() {
     PumpMessages();
 }
 
-std::string WindowText(HWND window) {
-    char text[256] = {};
-    GetWindowTextA(window, text, sizeof text);
-    return text;
-}
 
 CExtPropertyValue* GridFixture::Value(const std::string& name) {
     for (int c = 0; c < m_store->ItemGetCount(); ++c)

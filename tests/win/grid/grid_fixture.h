@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../plain_text.h"
 #include "grid/cell_bool.h"
 #include "grid/cell_color.h"
 #include "grid/cell_combo.h"
@@ -25,10 +26,6 @@ struct GridEvent {
     std::string name;  // the item's name
     std::string text;  // the cell's text at that moment
 };
-std::string WindowText(HWND window);
-
-// Everything that reached a fixture's parent window as WM_NOTIFY.
-std::vector<GridEvent>& GridFixtureEvents();
 
 class RecordingGridCtrl : public CExtPropertyGridCtrl {
 public:

@@ -128,7 +128,8 @@ TEST_F(LoadFromFile, AlphaPngIsPremultiplied) {
 
 TEST_F(LoadFromFile, PaletteIsCopiedIntoTheColourTable) {
     CDibSection dib;
-    std::string file = PalettePng(3, 2, {0, 1, 2, 2, 1, 0}, {0x112233, 0x445566, 0x778899});
+    std::string file = Png(3, 2, 8, 3, {std::string("\0\1\2", 3), std::string("\2\1\0", 3)},
+                           "\x11\x22\x33\x44\x55\x66\x77\x88\x99");
     ASSERT_EQ(dib.LoadFromFile(Wide(folder.Write("palette.png", file)).c_str()), S_OK);
     EXPECT_EQ(dib.BitsPerPixel(), 8);
     Surface surface(3, 2);
@@ -142,7 +143,7 @@ TEST_F(LoadFromFile, PaletteIsCopiedIntoTheColourTable) {
 TEST_F(LoadFromFile, FormatsGdiCannotTakeAreConvertedTo32Bits) {
     // 16-bit grey: GDI+ converts it while drawing it into the DIB.
     CDibSection dib;
-    std::string file = Grey16Png(2, 1, {0x0000, 0xFFFF});
+    std::string file = Png(2, 1, 16, 0, {std::string("\0\0\xff\xff", 4)});
     ASSERT_EQ(dib.LoadFromFile(Wide(folder.Write("grey16.png", file)).c_str()), S_OK);
     EXPECT_EQ(dib.BitsPerPixel(), 32);
     EXPECT_EQ(Pixel(dib, 0, 0) & 0xFFFFFF, 0x000000u);

@@ -34,7 +34,7 @@
 #include <mshtml.h>
 #include <mshtmdid.h>
 
-#include "../com_text.h"
+#include "../plain_text.h"
 
 #include <algorithm>
 #include <array>
@@ -73,7 +73,6 @@ IUnknown* g_clientSite = nullptr;  // the last one given, not held
 LONG g_objects = 0;                // objects of the double alive
 LONG g_references = 0;             // references on them
 LONG g_held = 0;                   // references the double holds on others
-LONG g_documents = 0;
 LONG g_nextCookie = 0;
 
 void Note(const std::string& line) { g_journal.push_back(line); }
@@ -193,20 +192,24 @@ struct Box {
     int left = 0, top = 0, width = 0, height = 0;
     COLORREF background = CLR_INVALID;
     COLORREF color = RGB(0, 0, 0);
-    std::string text;
+    std::string text{};
 };
 
-bool ParseColour(const std::string& text, COLORREF& colour) {
-    if (text.size() != 7 || text[0] != '#') return false;
-    unsigned long value = std::strtoul(text.c_str() + 1, nullptr, 16);
-    colour = RGB((value >> 16) & 0xFF, (value >> 8) & 0xFF, value & 0xFF);
-    return true;
+// A declaration's value in a style written as the tests write them
+// ("left:4px;background:#C00000"), or the empty text.
+std::string StyleValue(const std::string& style, const char* name) {
+    std::string text = ";" + style, key = std::string(";") + name + ":";
+    std::size_t at = text.find(key);
+    if (at == std::string::npos) return {};
+    at += key.size();
+    return text.substr(at, text.find(';', at) - at);
 }
 
-std::string Trim(const std::string& text) {
-    std::size_t first = text.find_first_not_of(" \t\r\n");
-    std::size_t last = text.find_last_not_of(" \t\r\n");
-    return first == std::string::npos ? std::string() : text.substr(first, last - first + 1);
+COLORREF StyleColour(const std::string& style, const char* name, COLORREF otherwise) {
+    std::string value = StyleValue(style, name);
+    if (value.size() != 7 || value[0] != '#') return otherwise;
+    unsigned long rgb = std::strtoul(value.c_str() + 1, nullptr, 16);
+    return RGB((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, rgb & 0xFF);
 }
 
 std::vector<Box> ReadBoxes(const std::string& page) {
@@ -215,34 +218,13 @@ std::vector<Box> ReadBoxes(const std::string& page) {
         at += 7;
         std::size_t end = page.find('"', at);
         if (end == std::string::npos) break;
-        Box box;
         std::string style = page.substr(at, end - at);
-        std::size_t start = 0;
-        while (start < style.size()) {
-            std::size_t semicolon = style.find(';', start);
-            std::string declaration =
-                style.substr(start, semicolon == std::string::npos ? std::string::npos : semicolon - start);
-            start = semicolon == std::string::npos ? style.size() : semicolon + 1;
-            std::size_t colon = declaration.find(':');
-            if (colon == std::string::npos) continue;
-            std::string name = Trim(declaration.substr(0, colon)), value = Trim(declaration.substr(colon + 1));
-            int number = std::atoi(value.c_str());
-            if (name == "left")
-                box.left = number;
-            else if (name == "top")
-                box.top = number;
-            else if (name == "width")
-                box.width = number;
-            else if (name == "height")
-                box.height = number;
-            else if (name == "background" || name == "background-color")
-                ParseColour(value, box.background);
-            else if (name == "color")
-                ParseColour(value, box.color);
-        }
+        auto number = [&style](const char* name) { return std::atoi(StyleValue(style, name).c_str()); };
+        Box box{number("left"), number("top"), number("width"), number("height"),
+                StyleColour(style, "background", CLR_INVALID), StyleColour(style, "color", RGB(0, 0, 0))};
         std::size_t close = page.find('>', end);
         std::size_t next = close == std::string::npos ? std::string::npos : page.find('<', close);
-        if (next != std::string::npos) box.text = Trim(page.substr(close + 1, next - close - 1));
+        if (next != std::string::npos) box.text = page.substr(close + 1, next - close - 1);
         if (box.width > 0 && box.height > 0) boxes.push_back(box);
         at = end;
     }
@@ -368,7 +350,6 @@ struct Document : Object {
     std::vector<std::pair<DWORD, IPropertyNotifySink*>> sinks;
     DWORD nextSinkCookie = 0;
 
-    Document() { ++g_documents; }
     ~Document() override;
     Face* Find(REFIID iid) override {
         if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID_IHTMLDocument))
@@ -416,7 +397,6 @@ Document::~Document() {
     for (auto& sink : sinks) Drop(reinterpret_cast<IUnknown*>(sink.second));
     if (body) body->Release();
     Drop(site);
-    --g_documents;
 }
 
 // IHTMLDocument2
@@ -791,14 +771,13 @@ __declspec(dllexport) const char* HtmlDoubleLoaded(int* length) {
     return g_loaded.data();
 }
 
-// "objects", "references", "held" (references the double holds on the
-// renderer's objects) or "documents".
+// "objects", "references" or "held" (references the double holds on the
+// renderer's objects).
 __declspec(dllexport) int HtmlDoubleCount(const char* what) {
     std::string w = what;
     if (w == "objects") return g_objects;
     if (w == "references") return g_references;
     if (w == "held") return g_held;
-    if (w == "documents") return g_documents;
     return -1;
 }
 

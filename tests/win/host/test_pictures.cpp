@@ -49,25 +49,6 @@ std::string StoredZlib(const std::string& raw) {
     return out;
 }
 
-// rows: each row's bytes without the filter byte.
-std::string PngFile(int width, int height, int bitDepth, int colourType, const std::vector<std::string>& rows,
-                    const std::string& palette = {}) {
-    std::string header;
-    Put32BigEndian(header, static_cast<std::uint32_t>(width));
-    Put32BigEndian(header, static_cast<std::uint32_t>(height));
-    header += static_cast<char>(bitDepth);
-    header += static_cast<char>(colourType);
-    header += std::string(3, '\0');
-    std::string raw;
-    for (const std::string& row : rows) raw += '\0' + row;
-    std::string file("\x89PNG\r\n\x1a\n", 8);
-    file += Chunk("IHDR", header);
-    if (!palette.empty()) file += Chunk("PLTE", palette);
-    file += Chunk("IDAT", StoredZlib(raw));
-    file += Chunk("IEND", "");
-    return file;
-}
-
 }  // namespace
 
 Picture Gradient(int width, int height) {
@@ -92,36 +73,27 @@ std::string Png(const Picture& picture, int colourType) {
         }
         rows.push_back(row);
     }
-    return PngFile(picture.width, picture.height, 8, colourType, rows);
+    return Png(picture.width, picture.height, 8, colourType, rows);
 }
 
-std::string PalettePng(int width, int height, const std::vector<std::uint8_t>& indices,
-                       const std::vector<std::uint32_t>& palette) {
-    std::vector<std::string> rows;
-    for (int y = 0; y < height; ++y)
-        rows.emplace_back(reinterpret_cast<const char*>(indices.data()) + y * width, static_cast<std::size_t>(width));
-    std::string entries;
-    for (std::uint32_t colour : palette) {
-        entries += static_cast<char>(colour >> 16);
-        entries += static_cast<char>(colour >> 8);
-        entries += static_cast<char>(colour);
-    }
-    return PngFile(width, height, 8, 3, rows, entries);
+std::string Png(int width, int height, int bitDepth, int colourType, const std::vector<std::string>& rows,
+                const std::string& palette) {
+    std::string header;
+    Put32BigEndian(header, static_cast<std::uint32_t>(width));
+    Put32BigEndian(header, static_cast<std::uint32_t>(height));
+    header += static_cast<char>(bitDepth);
+    header += static_cast<char>(colourType);
+    header += std::string(3, '\0');
+    std::string raw;
+    for (const std::string& row : rows) raw += '\0' + row;
+    std::string file("\x89PNG\r\n\x1a\n", 8);
+    file += Chunk("IHDR", header);
+    if (!palette.empty()) file += Chunk("PLTE", palette);
+    file += Chunk("IDAT", StoredZlib(raw));
+    file += Chunk("IEND", "");
+    return file;
 }
 
-std::string Grey16Png(int width, int height, const std::vector<std::uint16_t>& levels) {
-    std::vector<std::string> rows;
-    for (int y = 0; y < height; ++y) {
-        std::string row;
-        for (int x = 0; x < width; ++x) {
-            std::uint16_t level = levels[static_cast<std::size_t>(y * width + x)];
-            row += static_cast<char>(level >> 8);
-            row += static_cast<char>(level);
-        }
-        rows.push_back(row);
-    }
-    return PngFile(width, height, 16, 0, rows);
-}
 
 std::string Bmp(int width, int height, int bits, std::uint32_t compression, std::uint32_t coloursUsed,
                 const std::vector<std::uint32_t>& colours, const std::string& pixels, std::uint32_t offset) {

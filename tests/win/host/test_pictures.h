@@ -23,11 +23,10 @@ Picture Gradient(int width, int height);
 
 // PNG colour types: 2 RGB, 6 RGBA (8 bits per channel).
 std::string Png(const Picture& picture, int colourType);
-// Colour type 3: indices into palette (0xRRGGBB entries), one byte each.
-std::string PalettePng(int width, int height, const std::vector<std::uint8_t>& indices,
-                       const std::vector<std::uint32_t>& palette);
-// Colour type 0 at 16 bits: grey levels, most significant byte first.
-std::string Grey16Png(int width, int height, const std::vector<std::uint16_t>& levels);
+// Any PNG file: rows are each row's bytes without the filter byte, palette
+// the PLTE chunk's bytes (none when empty).
+std::string Png(int width, int height, int bitDepth, int colourType, const std::vector<std::string>& rows,
+                const std::string& palette = {});
 std::string Bmp(const Picture& picture);
 // Any ".bmp" file: headers, colour entries (0x00RRGGBB) and the pixel rows as
 // given; offset, when not 0, replaces the bits-offset field.

@@ -74,14 +74,14 @@ TEST_F(FavoritesPickerTest, ListsSubfoldersFirstThenShortcutsSortedAndReturnsThe
     std::vector<std::string> top, news;
     std::string caption;
     Then([&](HWND d) {
-        caption = Caption(d);
+        caption = WindowText(d);
         HWND tree = GetDlgItem(d, IDC_FAVORITES_TREE);
         top = TreeChildren(tree, nullptr);
         news = TreeChildren(tree, FindTreeItem(tree, "News"));
         // A folder does not close the dialog, nor does a shortcut without URL.
-        SelectTreeItem(tree, FindTreeItem(tree, "News"));
+        TreeView_SelectItem(tree, FindTreeItem(tree, "News"));
         Click(d, IDOK);
-        SelectTreeItem(tree, FindTreeItem(tree, "broken"));
+        TreeView_SelectItem(tree, FindTreeItem(tree, "broken"));
         Click(d, IDOK);
         DoubleClickTreeItem(d, IDC_FAVORITES_TREE, FindTreeItem(tree, "deep"));
     });
@@ -103,7 +103,7 @@ TEST_F(FavoritesPickerTest, TheLinkDialogTakesTheChosenFavorite) {
     });
     Then([](HWND picker) {
         HWND tree = GetDlgItem(picker, IDC_FAVORITES_TREE);
-        SelectTreeItem(tree, FindTreeItem(tree, "a"));
+        TreeView_SelectItem(tree, FindTreeItem(tree, "a"));
         Click(picker, IDOK);
     });
     std::string link = "http://old.example/";

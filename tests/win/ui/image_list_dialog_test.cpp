@@ -171,7 +171,7 @@ TEST_F(ImageListDialogTest, SelectTakesThePickedPageIntoTheRow) {
     });
     Then([&](HWND picker) {
         HWND tree = GetDlgItem(picker, IDC_PAGE_TREE);
-        SelectTreeItem(tree, FindTreeItem(tree, "NEWS"));
+        TreeView_SelectItem(tree, FindTreeItem(tree, "NEWS"));
         Click(picker, IDOK);
     });
     ASSERT_TRUE(Run(text, site));

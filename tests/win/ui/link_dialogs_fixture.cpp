@@ -27,8 +27,8 @@ void FakeHostSettings::WriteString(const char* section, const char* entry, const
 }
 
 bool FakeHostSettings::GetRegistryLocation(std::string& registryKey, std::string& profileName) {
-    registryKey = kRegistryKey;
-    profileName = kProfileName;
+    registryKey = "SlidewaveTests";
+    profileName = "LinkDialogs";
     return true;
 }
 
@@ -101,11 +101,7 @@ void TypeEditText(HWND dialog, int id, const std::string& text) {
         SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, EN_CHANGE), reinterpret_cast<LPARAM>(edit));
 }
 
-std::string Text(HWND dialog, int id) {
-    char text[1024] = {};
-    GetWindowTextA(GetDlgItem(dialog, id), text, sizeof text);
-    return text;
-}
+std::string Text(HWND dialog, int id) { return WindowText(GetDlgItem(dialog, id)); }
 
 int ComboSelection(HWND dialog, int id) {
     return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCURSEL, 0, 0));
@@ -121,18 +117,13 @@ std::string ComboEntry(HWND dialog, int id, int index) {
 bool Visible(HWND dialog, int id) { return (GetWindowLongA(GetDlgItem(dialog, id), GWL_STYLE) & WS_VISIBLE) != 0; }
 bool Enabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)) != FALSE; }
 
-std::string Caption(HWND dialog) {
-    char text[256] = {};
-    GetWindowTextA(dialog, text, sizeof text);
-    return text;
-}
 
 // --- list and tree -------------------------------------------------------------------
 
 void SelectRow(HWND dialog, int row) {
-    HWND list = GetDlgItem(dialog, IDC_IMAGE_LIST);
-    ListView_SetItemState(list, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
-    ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ClearRowSelection(dialog);
+    ListView_SetItemState(GetDlgItem(dialog, IDC_IMAGE_LIST), row, LVIS_SELECTED | LVIS_FOCUSED,
+                          LVIS_SELECTED | LVIS_FOCUSED);
 }
 
 void ClearRowSelection(HWND dialog) {
@@ -166,7 +157,6 @@ std::vector<std::string> TreeChildren(HWND tree, HTREEITEM item) {
     return texts;
 }
 
-void SelectTreeItem(HWND tree, HTREEITEM item) { TreeView_SelectItem(tree, item); }
 
 void DoubleClickTreeItem(HWND dialog, int treeId, HTREEITEM item) {
     HWND tree = GetDlgItem(dialog, treeId);

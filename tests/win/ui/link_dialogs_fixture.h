@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "../plain_text.h"
 #include "ui/picker_tree.h"  // TreeItemText
 #include "ui/host_settings.h"
 #include "xml/xml_document.h"
@@ -25,8 +26,6 @@ using DialogStep = std::function<void(HWND dialog)>;
 // key below HKEY_CURRENT_USER\Software, emptied before and after each test.
 class FakeHostSettings : public CHostSettings {
 public:
-    static constexpr const char* kRegistryKey = "SlidewaveTests";
-    static constexpr const char* kProfileName = "LinkDialogs";
 
     std::string GetString(const char* section, const char* entry) override;
     void WriteString(const char* section, const char* entry, const std::string& value) override;
@@ -68,7 +67,6 @@ int ComboCount(HWND dialog, int id);
 std::string ComboEntry(HWND dialog, int id, int index);
 bool Visible(HWND dialog, int id);
 bool Enabled(HWND dialog, int id);
-std::string Caption(HWND dialog);
 // The controls as an internal page link shows them: type Internal Web Page,
 // label "&Page:", the page display and Select in view, the link box and
 // Favorites hidden.
@@ -84,7 +82,6 @@ std::string RowText(HWND dialog, int row);
 HTREEITEM FindTreeItem(HWND tree, const std::string& text);
 // The texts of item's children (the root items for null).
 std::vector<std::string> TreeChildren(HWND tree, HTREEITEM item);
-void SelectTreeItem(HWND tree, HTREEITEM item);
 // A double click on the item as the tree reports it to the dialog.
 void DoubleClickTreeItem(HWND dialog, int treeId, HTREEITEM item);
 

@@ -34,7 +34,7 @@ TEST_F(PagePickerTest, ShowsFoldersAndPagesUnderWebSiteAndLowerCasesTheirNames) 
     std::string caption;
     Then([&](HWND d) {
         HWND tree = GetDlgItem(d, IDC_PAGE_TREE);
-        caption = Caption(d);
+        caption = WindowText(d);
         top = TreeChildren(tree, nullptr);
         HTREEITEM site = TreeView_GetRoot(tree);
         root = TreeChildren(tree, site);
@@ -60,14 +60,14 @@ TEST_F(PagePickerTest, TheCurrentPageIsSelectedAndAFolderDisablesOkAndDoesNotClo
     Then([&](HWND d) {
         HWND tree = GetDlgItem(d, IDC_PAGE_TREE);
         selected = TreeItemText(tree, TreeView_GetSelection(tree));
-        SelectTreeItem(tree, FindTreeItem(tree, "Products"));
+        TreeView_SelectItem(tree, FindTreeItem(tree, "Products"));
         EXPECT_FALSE(Enabled(d, IDOK));
         DoubleClickTreeItem(d, IDC_PAGE_TREE, FindTreeItem(tree, "Old"));
         // The root is no page either.
         Click(d, IDOK);
-        SelectTreeItem(tree, TreeView_GetRoot(tree));
+        TreeView_SelectItem(tree, TreeView_GetRoot(tree));
         Click(d, IDOK);
-        SelectTreeItem(tree, FindTreeItem(tree, "Lamps"));
+        TreeView_SelectItem(tree, FindTreeItem(tree, "Lamps"));
         EXPECT_TRUE(Enabled(d, IDOK));
         Click(d, IDOK);
     });
@@ -82,7 +82,7 @@ TEST_F(PagePickerTest, TheLastExpandedFolderIsRememberedAndOpenedAgain) {
     Then([&](HWND d) {
         HWND tree = GetDlgItem(d, IDC_PAGE_TREE);
         HTREEITEM products = FindTreeItem(tree, "Products");
-        SelectTreeItem(tree, products);
+        TreeView_SelectItem(tree, products);
         SetFocus(tree);
         SendMessageA(tree, WM_KEYDOWN, VK_RIGHT, 0);  // the user opens it
         EXPECT_TRUE(TreeView_GetItemState(tree, products, TVIS_EXPANDED) & TVIS_EXPANDED);

@@ -1,5 +1,6 @@
 #pragma once
-// Text that COM hands over, as plain strings for test assertions.
+// Text that COM objects and windows hand over, as plain strings for test
+// assertions.
 #include <windows.h>
 
 #include <oleauto.h>
@@ -18,4 +19,11 @@ inline std::string TakeBstr(BSTR text) {
     std::string narrow = NarrowText(text);
     SysFreeString(text);
     return narrow;
+}
+
+// A window's text (up to 1,023 characters).
+inline std::string WindowText(HWND window) {
+    char text[1024] = {};
+    GetWindowTextA(window, text, sizeof text);
+    return text;
 }
