@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The published gallery in headless Chromium (Debian's /usr/bin/chromium,
 # driven by playwright-core; no browser is downloaded). Saves
-# build/screenshots/gallery.png. PWEXT overrides the pwext used to publish.
+# build/screenshots/gallery-without-php.png. PWEXT overrides the pwext used to
+# publish.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/../.." && pwd)"
 export PWEXT="$(realpath "${PWEXT:-$root/build/native/bin/pwext}")"

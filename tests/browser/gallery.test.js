@@ -338,26 +338,6 @@ test('reflections without PHP: the original picture with a drawn reflection', as
   });
 });
 
-test('reflections with PHP: reflect.php delivers the pictures', async () => {
-  const { site, images } = eightPictureSite('reflect-php', { reflection: true });
-  await withGallery(site, { php: true }, async (g) => {
-  const s = await state(g.page);
-  for (const p of s.shown) {
-    assert.equal(p.tag, 'IMG');
-    assert.match(p.src, /^reflect\.php\?img=images\//);
-    const original = images.find((i) => i.title === p.alt);
-    assert.deepEqual(p.natural, [original.width, original.height * 1.5]);
-  }
-  fs.mkdirSync(screenshots, { recursive: true });
-  await g.page.locator('[id="slidewave"]').focus();
-  await g.page.keyboard.press('ArrowRight');
-  await g.page.keyboard.press('ArrowRight');
-  await settle(g.page);
-  await g.page.evaluate(() => document.activeElement.blur());  // no focus ring in the picture
-  await g.page.screenshot({ path: path.join(screenshots, 'gallery.png'), clip: { x: 20, y: 10, width: 800, height: 460 } });
-  });
-});
-
 test('pictures named with #, %, ?, blanks and accents show, with and without reflections', async () => {
   const names = ['a#1.png', '100%.png', 'why?.png', 'my pic.png', 'caf\u00e9.png'];
   const images = pictures('odd-names', names.length).map((p, i) => {
@@ -375,15 +355,12 @@ test('pictures named with #, %, ?, blanks and accents show, with and without ref
       for (const p of s.shown) {
         const original = images.find((i) => i.title === p.alt);
         assert.deepEqual(p.natural, [original.width, original.height * (reflection ? 1.5 : 1)], p.alt);
+        // reflect.php delivers the reflected picture (the script would draw one itself if it failed)
+        if (php) assert.match(`${p.tag} ${p.src}`, /^IMG reflect\.php\?img=images\//, p.alt);
       }
       assert.deepEqual(g.problems, []);
     });
   }
-  // A request that is no valid URL gets an answer, not a dead server.
-  const server = await staticServer(work);
-  const answer = await new Promise((resolve) => require('node:http').get(server.url + '100%.png', resolve));
-  assert.equal(answer.statusCode, 400);
-  await server.close();
 });
 
 test('the configured font reaches the page: FontSize 30 and Courier New', async () => {

@@ -278,15 +278,6 @@ struct BehaviorSite : Object {
     }
 };
 
-struct Style : Object {
-    Face style{&g_styleVtbl, this};
-    Face* Find(REFIID iid) override {
-        return IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID_IHTMLStyle)
-                   ? &style
-                   : nullptr;
-    }
-};
-
 struct Attached {
     LONG cookie;
     IElementBehavior* behavior;
@@ -298,18 +289,16 @@ struct Body : Object {
     Face element{&g_elementVtbl, this};
     Face body{&g_bodyVtbl, this};
     Face element2{&g_element2Vtbl, this};
-    Style* style = new Style;
+    Face style{&g_styleVtbl, this};
     std::vector<Attached> behaviors;
     int scrollWidth = 0, scrollHeight = 0;
 
-    ~Body() override {
-        while (!behaviors.empty()) Remove(behaviors.front().cookie);
-        style->Release();
-    }
+    ~Body() override { while (!behaviors.empty()) Remove(behaviors.front().cookie); }
     Face* Find(REFIID iid) override {
         if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID_IHTMLElement))
             return &element;
         if (IsEqualIID(iid, IID_IHTMLBodyElement)) return &body;
+        if (IsEqualIID(iid, IID_IHTMLStyle)) return &style;
         if (IsEqualIID(iid, IID_IHTMLElement2) && !Fails("IHTMLElement2")) return &element2;
         return nullptr;
     }
@@ -535,7 +524,7 @@ HRESULT STDMETHODCALLTYPE ElementSetAttribute(IHTMLElement*, BSTR name, VARIANT 
 }
 
 HRESULT STDMETHODCALLTYPE ElementGetStyle(IHTMLElement* self, IHTMLStyle** out) {
-    return Of<Body>(self)->style->QueryInterface(IID_IHTMLStyle, reinterpret_cast<void**>(out));
+    return Of<Body>(self)->QueryInterface(IID_IHTMLStyle, reinterpret_cast<void**>(out));
 }
 
 HRESULT STDMETHODCALLTYPE BodyPutBgColor(IHTMLBodyElement*, VARIANT value) {

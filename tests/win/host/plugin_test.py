@@ -61,14 +61,14 @@ def run_wine(cmd, env):
         return code, out.read(), err.read().decode("latin-1")
 
 
-def pwhost(dll, *args, host_dir=None, overrides="mfc42=n", env_extra=None, check=True):
+def pwhost(dll, *args, host_dir=None, overrides="mfc42=n", env_extra=None):
     """Runs pwhost; returns (exit code, stdout bytes, stderr text)."""
     host_dir = host_dir or BIN
     env = wine_env(overrides)
     env.update(env_extra or {})
     dll_path = dll if os.path.isabs(dll) else os.path.join(BIN, dll)
     code, out, err = run_wine([os.path.join(host_dir, "pwhost.exe"), windows_path(dll_path)] + list(args), env)
-    if check and code != 0:
+    if code != 0:
         shown = " ".join(a if len(a) < 80 else a[:77] + "..." for a in args)
         raise AssertionError(f"pwhost {shown} exited {code}: {err}")
     return code, out, err
@@ -445,21 +445,16 @@ class SnapshotDrawing(Scratch):
     htmlfile_double.cpp, registered while a test needs it, draws each
     positioned element with a background as a box of that colour."""
     DLL = "slidewave_test_snapshot.dll"
-    BOXES = (((12, 10, 120, 44), (0x1E, 0x3A, 0x5F)), ((84, 38, 72, 30), (0xE8, 0xA3, 0x3D)))
-
-    def draw_page(self, *args):
-        out = self.path("draw.bmp")
-        self.assertEqual(pwhost_json(self.DLL, *args, "draw", out, "220", "100", "--rect", "200,90,10,8", "--page"),
-                         {"dcRestored": True})
-        return read_bmp(out)[2]
 
     def test_the_body_over_the_page_following_the_values(self):
         regsvr32()
         self.addCleanup(regsvr32, "/u")
+        out = self.path("draw.bmp")
         for sets, first in (([], (0x1E, 0x3A, 0x5F)), (["--set", "$boxcolor$=#802040"], (0x80, 0x20, 0x40))):
-            px = self.draw_page(*sets)
-            boxes = (((12, 10, 120, 44), first),) + self.BOXES[1:]
-            for y, row in enumerate(px):
+            self.assertEqual(pwhost_json(self.DLL, *sets, "draw", out, "220", "100", "--rect", "200,90,10,8", "--page"),
+                             {"dcRestored": True})
+            boxes = (((12, 10, 120, 44), first), ((84, 38, 72, 30), (0xE8, 0xA3, 0x3D)))
+            for y, row in enumerate(read_bmp(out)[2]):
                 for x, colour in enumerate(row):
                     inside = [c for (l, t, w, h), c in boxes if 10 + l <= x < 10 + l + w and 8 + t <= y < 8 + t + h]
                     if not inside:

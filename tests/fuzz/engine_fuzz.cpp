@@ -1,6 +1,7 @@
-// Publishing and links: whatever the definition and the values say, every
-// file lands inside the output folder or the image folder, and the link
-// numbering holds together.
+// A definition and property values through the engine: the three pieces of
+// page HTML, in the design view and published, with the gallery rewriting
+// behind them; publishing, where every file lands inside the output folder
+// or the image folder; and the links, whose numbering holds together.
 #include "fuzz_services.h"
 
 namespace {
@@ -20,9 +21,14 @@ bool Inside(const std::string& path, const std::string& folder) {
     return true;
 }
 
-void Publish(std::string_view definition, FuzzedDataProvider& in, PathStyle style) {
+void Run(std::string_view definition, const std::string& context, FuzzedDataProvider& in, PathStyle style) {
     FuzzedEngine fuzzed(definition, style);
     fuzzed.SetValues(in);
+    fuzzed.engine.UpdateHtml(0);
+    fuzzed.engine.GetHtml(context.c_str());
+    fuzzed.engine.GetHeaderHtml();
+    fuzzed.engine.GetStartofPageHTML();
+
     std::string output = style == PathStyle::kWindows ? "C:\\site\\" : "/site/";
     std::string images = output + "images";
     PublishPlan plan = fuzzed.engine.PlanCopyFiles(output, images);
@@ -46,6 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzedDataProvider in(data, size);
     PathStyle style = in.ConsumeBool() ? PathStyle::kWindows : PathStyle::kPosix;
     std::string definition = in.ConsumeRandomLengthString(16384);
-    Publish(definition, in, style);
+    std::string context = in.ConsumeRandomLengthString(64);
+    Run(definition, context, in, style);
     return 0;
 }
