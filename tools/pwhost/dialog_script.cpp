@@ -20,6 +20,7 @@ struct Script {
     int typed = 0;  // characters of the current "type" step already sent
     DWORD waitUntil = 0;
     int idleTicks = 0;
+    int closingTicks = 0;  // since the script ended
     bool busy = false;
     bool done = false;
 } g_script;
@@ -256,7 +257,16 @@ bool RunStep(HWND dialog, const char* step) {
 }
 
 void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    if (g_script.busy || g_script.done) return;
+    if (g_script.busy) return;
+    if (g_script.done) {
+        // A dialog that does not close (another window of its own in front
+        // of it, say) must not keep the host, and the test, waiting.
+        if (FindDialog() && ++g_script.closingTicks > kPatienceTicks) {
+            fprintf(stderr, "pwhost: script: the dialog did not close within ten seconds after the script ended\n");
+            ExitProcess(1);
+        }
+        return;
+    }
     g_script.busy = true;
     HWND dialog = FindDialog();
     DialogScriptReport* report = g_script.report;

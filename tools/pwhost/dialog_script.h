@@ -14,7 +14,8 @@
 //   shot FILE.bmp      save the screen under the host frame and the dialog
 //   rows               note every row's name and shown value for the report
 //   ok | cancel        click the dialog's button (and end the script)
-// A script that ends without ok or cancel is cancelled.
+// A script that ends without ok or cancel is cancelled. When the dialog is
+// still open ten seconds after the script ended, pwhost exits with code 1.
 #include "host_io.h"
 #include "msvc_freestanding.h"
 
