@@ -172,14 +172,17 @@ public:
         std::unique_ptr<xmlDoc, DocFree> result(
             xsltApplyStylesheetUser(compiled, list.get(), nullptr, nullptr, nullptr, context.get()));
         if (!result || context->state != XSLT_STATE_OK) return std::string();
+        // The result tree holds copies (its texts are its own or in the
+        // context's dictionary, which it keeps a reference to): the list's
+        // tree goes before the result is written out, and the result's
+        // before the last copy.
+        context.reset();
+        list.reset();
 
         xmlChar* bytes = nullptr;
         int length = 0;
         if (xsltSaveResultToString(&bytes, &length, result.get(), compiled) != 0) return std::string();
-        // The trees are no longer needed: free them before the last copy.
         result.reset();
-        context.reset();
-        list.reset();
         std::string out =
             bytes ? fromUtf8_.Convert(std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)))
                   : std::string();
