@@ -147,8 +147,7 @@ int CXmlDocument::Parse(std::string_view text) {
                 auto element = std::make_unique<CXmlElement>();
                 element->SetParent(current_);
                 element->SetName(name);
-                element->SetAttributeText(attributes);
-                element->ParseAttributes(attributes);
+                element->SetAttributeTextParsedLater(attributes);
                 current_ = current_->AppendChild(std::move(element));
             }
         }

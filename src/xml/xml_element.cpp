@@ -64,22 +64,33 @@ CXmlElement* CXmlElement::FindChild(std::string_view name) {
 }
 
 const CHashedStringMap& CXmlElement::GetAttributes() const {
+    ParsePendingAttributes();
     static const CHashedStringMap empty;
     return attributes_ ? *attributes_ : empty;
 }
 
 CHashedStringMap& CXmlElement::GetAttributes() {
+    ParsePendingAttributes();
     if (!attributes_) attributes_ = std::make_unique<CHashedStringMap>();
     return *attributes_;
 }
 
 std::string CXmlElement::GetAttribute(std::string_view name) const {
+    ParsePendingAttributes();
     if (!attributes_) return std::string();
     const std::string* value = attributes_->Find(name);
     return value ? *value : std::string();
 }
 
-void CXmlElement::ParseAttributes(std::string_view text) {
+namespace {
+
+// Adds the name="value" pairs found in text to map, which is made when the
+// first pair is found.
+void AddAttributes(std::string_view text, std::unique_ptr<CHashedStringMap>& map) {
+    auto set = [&map](std::string_view key, std::string_view value) {
+        if (!map) map = std::make_unique<CHashedStringMap>();
+        map->Set(key, value);
+    };
     const std::size_t n = text.size();
     std::size_t pos = 0;
     while (pos < n) {
@@ -91,7 +102,7 @@ void CXmlElement::ParseAttributes(std::string_view text) {
         // value: from the next double quote after '=' to the one after it
         std::size_t open = text.find('"', eq + 1);
         if (open == std::string_view::npos) {
-            GetAttributes().Set(key, std::string_view());
+            set(key, std::string_view());
             break;
         }
         std::size_t close = text.find('"', open + 1);
@@ -100,13 +111,32 @@ void CXmlElement::ParseAttributes(std::string_view text) {
         std::size_t b = 0, e = span.size();
         while (b < e && span[b] == '"') ++b;
         while (e > b && span[e - 1] == '"') --e;
-        GetAttributes().Set(key, span.substr(b, e - b));
+        set(key, span.substr(b, e - b));
         if (close == std::string_view::npos) break;
         pos = close + 1;
     }
 }
 
+}  // namespace
+
+void CXmlElement::ParseAttributes(std::string_view text) {
+    ParsePendingAttributes();
+    AddAttributes(text, attributes_);
+}
+
+void CXmlElement::SetAttributeTextParsedLater(std::string_view text) {
+    SetAttributeText(text);
+    attributesPending_ = !text.empty();
+}
+
+void CXmlElement::ParsePendingAttributes() const {
+    if (!attributesPending_) return;
+    attributesPending_ = false;
+    AddAttributes(attributeText_, attributes_);
+}
+
 void CXmlElement::RebuildAttributeText() {
+    ParsePendingAttributes();
     attributeText_.clear();
     if (!attributes_) return;
     attributes_->ForEach([this](const std::string& key, const std::string& value) {
@@ -118,6 +148,7 @@ void CXmlElement::RebuildAttributeText() {
 }
 
 void CXmlElement::ClearTextsKeepAttributes() {
+    ParsePendingAttributes();
     name_.clear();
     value_.clear();
     attributeText_.clear();

@@ -73,10 +73,18 @@ public:
     CHashedStringMap& GetAttributes();
 
     const std::string& GetAttributeText() const { return attributeText_; }
-    void SetAttributeText(std::string_view text) { attributeText_.assign(text.data(), text.size()); }
+    void SetAttributeText(std::string_view text) {
+        ParsePendingAttributes();
+        attributeText_.assign(text.data(), text.size());
+    }
 
     // Adds the name="value" pairs found in text to the map (see the parser).
     void ParseAttributes(std::string_view text);
+    // SetAttributeText and ParseAttributes of the same text, with the parsing
+    // put off until the map is first used: most elements of a large tree are
+    // never asked for an attribute. (So a const element may fill its map
+    // when read; elements are not to be read from two threads at once.)
+    void SetAttributeTextParsedLater(std::string_view text);
     // Regenerates the attribute text from the map, in the map's order.
     void RebuildAttributeText();
 
@@ -91,7 +99,11 @@ private:
     std::string attributeText_;
     std::vector<std::unique_ptr<CXmlElement>> children_;
     // Made on first use: most elements of a large tree carry no attributes.
-    std::unique_ptr<CHashedStringMap> attributes_;
+    mutable std::unique_ptr<CHashedStringMap> attributes_;
+    // The attribute text is still to be parsed into the map; done before
+    // the map is read or either of them changes.
+    mutable bool attributesPending_ = false;
+    void ParsePendingAttributes() const;
     CXmlElement* parent_ = nullptr;
     std::size_t cursor_ = kNoCursor;
     std::string searchName_;

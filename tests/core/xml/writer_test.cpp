@@ -19,10 +19,11 @@ TEST(TreeEditing, AddChildTrimsNamesAndLeavesParentNull) {
 
 TEST(TreeEditing, SetChildValueUpdatesTheFirstMatchOrAppends) {
     CXmlDocument doc;
-    doc.Parse("<R><A>1</A><a>2</a></R>");
+    doc.Parse("<R><A j=\"0\">1</A><a>2</a></R>");
     doc.SetChildValue(doc.GetRoot(), "a", "x&y", std::string_view("k=\"v\""));
     EXPECT_EQ(doc.GetRoot()->GetChild(0)->GetRawValue(), "x&amp;y");
     EXPECT_EQ(doc.GetRoot()->GetChild(0)->GetAttribute("k"), "v");
+    EXPECT_EQ(doc.GetRoot()->GetChild(0)->GetAttribute("j"), "0");  // the parsed map is merged into
     EXPECT_EQ(doc.GetRoot()->GetChild(1)->GetRawValue(), "2");
     doc.SetChildValue(doc.GetRoot(), "B", "new", std::nullopt);
     ASSERT_EQ(doc.GetRoot()->GetChildCount(), 3u);
