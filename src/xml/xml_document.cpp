@@ -147,7 +147,7 @@ int CXmlDocument::Parse(std::string_view text) {
                 auto element = std::make_unique<CXmlElement>();
                 element->SetParent(current_);
                 element->SetName(name);
-                element->SetAttributeTextParsedLater(attributes);
+                element->SetParsedAttributeText(attributes, plain);
                 current_ = current_->AppendChild(std::move(element));
             }
         }
@@ -188,7 +188,7 @@ int CXmlDocument::Parse(std::string_view text) {
             if (i == n) break;
         }
         if (s[i] == '<') {
-            current_->SetRawValue(ascii::Trim(gathered ? std::string_view(content) : run));
+            current_->SetParsedRawValue(ascii::Trim(gathered ? std::string_view(content) : run), !gathered);
             content.clear();
             run = std::string_view();
             gathered = false;
@@ -244,13 +244,14 @@ int CXmlDocument::WriteElement(CXmlElement* element, std::string& out) {
             out += e->GetAttributeText();
         }
         out += '>';
-        if (!e->GetRawValue().empty())
-            out += e->GetRawValue();
+        std::string_view value = e->GetRawValueView();
+        if (!value.empty())
+            out += value;
         else
             out += "\r\n";
     };
     auto close = [&](CXmlElement* e) {
-        if (e->GetRawValue().empty() && writerDepth_ >= 1) out.append(static_cast<std::size_t>(writerDepth_), '\t');
+        if (e->GetRawValueView().empty() && writerDepth_ >= 1) out.append(static_cast<std::size_t>(writerDepth_), '\t');
         out += "</";
         out += e->GetName();
         out += ">\r\n";

@@ -15,7 +15,7 @@ CXmlElement::~CXmlElement() {
     }
 }
 
-std::string CXmlElement::GetValue() const { return CXmlDocument::Unescape(value_); }
+std::string CXmlElement::GetValue() const { return CXmlDocument::Unescape(value_.View()); }
 
 CXmlElement* CXmlElement::AppendChild(std::unique_ptr<CXmlElement> child) {
     // Room for a few at once: elements with children mostly have several.
@@ -124,26 +124,38 @@ void CXmlElement::ParseAttributes(std::string_view text) {
     AddAttributes(text, attributes_);
 }
 
-void CXmlElement::SetAttributeTextParsedLater(std::string_view text) {
-    SetAttributeText(text);
+void CXmlElement::SetParsedRawValue(std::string_view value, bool inSource) {
+    if (inSource)
+        value_.Refer(value);
+    else
+        value_.Set(value);
+}
+
+void CXmlElement::SetParsedAttributeText(std::string_view text, bool inSource) {
+    ParsePendingAttributes();
+    if (inSource)
+        attributeText_.Refer(text);
+    else
+        attributeText_.Set(text);
     attributesPending_ = !text.empty();
 }
 
 void CXmlElement::ParsePendingAttributes() const {
     if (!attributesPending_) return;
     attributesPending_ = false;
-    AddAttributes(attributeText_, attributes_);
+    AddAttributes(attributeText_.View(), attributes_);
 }
 
 void CXmlElement::RebuildAttributeText() {
     ParsePendingAttributes();
-    attributeText_.clear();
+    std::string& text = attributeText_.Edit();
+    text.clear();
     if (!attributes_) return;
-    attributes_->ForEach([this](const std::string& key, const std::string& value) {
-        attributeText_ += key;
-        attributeText_ += "=\"";
-        attributeText_ += value;
-        attributeText_ += "\" ";
+    attributes_->ForEach([&text](const std::string& key, const std::string& value) {
+        text += key;
+        text += "=\"";
+        text += value;
+        text += "\" ";
     });
 }
 

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "xml/hashed_string_map.h"
+#include "xml/source_text.h"
 
 class CXmlElement {
 public:
@@ -33,8 +34,10 @@ public:
     void SetParent(CXmlElement* parent) { parent_ = parent; }
 
     // The value as stored (escaped).
-    const std::string& GetRawValue() const { return value_; }
-    void SetRawValue(std::string_view value) { value_.assign(value.data(), value.size()); }
+    const std::string& GetRawValue() const { return value_.Get(); }
+    // The same without making it a string of its own (see source_text.h).
+    std::string_view GetRawValueView() const { return value_.View(); }
+    void SetRawValue(std::string_view value) { value_.Set(value); }
     // The value with entity references decoded.
     std::string GetValue() const;
 
@@ -72,19 +75,23 @@ public:
     const CHashedStringMap& GetAttributes() const;
     CHashedStringMap& GetAttributes();
 
-    const std::string& GetAttributeText() const { return attributeText_; }
+    const std::string& GetAttributeText() const { return attributeText_.Get(); }
     void SetAttributeText(std::string_view text) {
         ParsePendingAttributes();
-        attributeText_.assign(text.data(), text.size());
+        attributeText_.Set(text);
     }
 
     // Adds the name="value" pairs found in text to the map (see the parser).
     void ParseAttributes(std::string_view text);
-    // SetAttributeText and ParseAttributes of the same text, with the parsing
-    // put off until the map is first used: most elements of a large tree are
-    // never asked for an attribute. (So a const element may fill its map
-    // when read; elements are not to be read from two threads at once.)
-    void SetAttributeTextParsedLater(std::string_view text);
+    // The parser's way in: the value, and SetAttributeText and
+    // ParseAttributes of the same text, with the parsing put off until the
+    // map is first used (most elements of a large tree are never asked for
+    // an attribute). Texts that lie in the document's source are referred
+    // to until first read (see source_text.h). So a const element may fill
+    // its map or its texts when read: elements are not to be read from two
+    // threads at once.
+    void SetParsedRawValue(std::string_view value, bool inSource);
+    void SetParsedAttributeText(std::string_view text, bool inSource);
     // Regenerates the attribute text from the map, in the map's order.
     void RebuildAttributeText();
 
@@ -96,7 +103,7 @@ private:
     static constexpr std::size_t kNoCursor = static_cast<std::size_t>(-1);
 
     std::string name_;
-    std::string attributeText_;
+    CSourceText attributeText_;
     std::vector<std::unique_ptr<CXmlElement>> children_;
     // Made on first use: most elements of a large tree carry no attributes.
     mutable std::unique_ptr<CHashedStringMap> attributes_;
@@ -107,5 +114,5 @@ private:
     CXmlElement* parent_ = nullptr;
     std::size_t cursor_ = kNoCursor;
     std::string searchName_;
-    std::string value_;
+    CSourceText value_;
 };
