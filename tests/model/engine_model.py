@@ -13,6 +13,8 @@ import xml_model
 import xslt_model
 from xml_model import Document, Element, OrderedHashMap, escape, unescape
 
+BLANKS = b" \t\n\v\f\r"
+
 
 def atoi(text):
     v = xml_model.scan_lu(text, 0) or 0
@@ -105,6 +107,36 @@ def write_image_list(paths):
     return doc.get_xml()
 
 
+def cut_name(elem):
+    """Cuts the name at the first blank after the leading ones; whether what
+    is left is an XML name (only then is it kept)."""
+    name = elem.name.lstrip(BLANKS)
+    end = 0
+    while end < len(name) and name[end] != 0 and name[end] not in BLANKS:
+        end += 1
+    name = name[:end]
+    valid = bool(name) and name[0] not in b"-.0123456789" and all(
+        c >= 0x80 or chr(c).isalnum() or c in b"-._:" for c in name)
+    if valid:
+        elem.name = name
+    return valid
+
+
+def clean_image_list(doc):
+    """Drops the elements no XML parser reads, with their content, and
+    anything inside a FILENAME."""
+    cut_name(doc.root)
+    stack = [doc.root]
+    while stack:
+        elem = stack.pop()
+        elem.children = [c for c in elem.children if cut_name(c)]
+        stack.extend(elem.children)
+    for image in doc.root.children:
+        for field in image.children:
+            if field.name.lower() == b"filename":
+                field.children = []
+
+
 class Engine:
     def __init__(self, definition):
         self.doc = Document()
@@ -160,6 +192,7 @@ class Engine:
         if not keep_paths:
             doc = Document()
             doc.parse(value)
+            clean_image_list(doc)
             doc.root.name = b"GALLERY"
             for image in doc.root.children:
                 if image.name.lower() != b"image":
