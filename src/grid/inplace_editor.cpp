@@ -3,11 +3,11 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 #include "grid/paint_manager.h"
 #include "grid/property_grid_wnd.h"
+#include "platform/window_text.h"
 #include "xml/ascii.h"
 
 namespace {
@@ -110,13 +110,7 @@ void CExtGridInplaceEditor::Close() {
 }
 
 std::string CExtGridInplaceEditor::GetText() const {
-    if (!m_control) return std::string();
-    HWND source = m_control;
-    int length = GetWindowTextLengthA(source);
-    std::string text(length + 1, '\0');
-    GetWindowTextA(source, text.data(), length + 1);
-    text.resize(std::strlen(text.c_str()));
-    return text;
+    return WindowText(m_control);
 }
 
 void CExtGridInplaceEditor::SetText(const std::string& text) {

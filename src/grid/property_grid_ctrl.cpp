@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "grid/window_class.h"
+#include "platform/window_text.h"
 
 namespace {
 const char kClassName[] = "PwPropertyGridCtrl";
@@ -473,11 +474,7 @@ LRESULT CExtPropertyGridCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lPa
             return 0;
         case WM_COMMAND:
             if (LOWORD(wParam) == kFilterId && HIWORD(wParam) == EN_CHANGE) {
-                int length = GetWindowTextLengthA(m_filterEdit);
-                std::string text(length + 1, '\0');
-                GetWindowTextA(m_filterEdit, text.data(), length + 1);
-                text.resize(length);
-                m_grid->SetFilter(text);
+                m_grid->SetFilter(WindowText(m_filterEdit));
             } else if (LOWORD(wParam) == kComboBarId && HIWORD(wParam) == CBN_SELCHANGE) {
                 PropertyStoreSynchronize();
             }

@@ -1,8 +1,7 @@
 #include "ui/link_type.h"
 
-#include <vector>
-
 #include "html/site_structure.h"
+#include "platform/window_text.h"
 #include "ui/link_dialog_resources.h"
 #include "ui/page_picker.h"
 #include "xml/ascii.h"
@@ -10,15 +9,7 @@
 
 const char kChoosePageHint[] = "Click 'Select' to choose a page";
 
-std::string GetControlText(HWND dialog, int id) {
-    HWND control = GetDlgItem(dialog, id);
-    if (!control) return {};
-    int length = GetWindowTextLengthA(control);
-    if (length <= 0) return {};
-    std::vector<char> text(static_cast<std::size_t>(length) + 1);
-    int got = GetWindowTextA(control, text.data(), length + 1);
-    return std::string(text.data(), got > 0 ? static_cast<std::size_t>(got) : 0);
-}
+std::string GetControlText(HWND dialog, int id) { return WindowText(GetDlgItem(dialog, id)); }
 
 void ShowControl(HWND dialog, int id, bool show) {
     if (HWND control = GetDlgItem(dialog, id)) ShowWindow(control, show ? SW_SHOW : SW_HIDE);

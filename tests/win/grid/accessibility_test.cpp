@@ -3,7 +3,7 @@
 
 #include <oleacc.h>
 
-#include "../plain_text.h"
+#include "../com_text.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "../plain_text.h"
+#include "platform/window_text.h"
 #include "grid/cell_bool.h"
 #include "grid/cell_color.h"
 #include "grid/cell_combo.h"

@@ -34,7 +34,7 @@
 #include <mshtml.h>
 #include <mshtmdid.h>
 
-#include "../plain_text.h"
+#include "../com_text.h"
 
 #include <algorithm>
 #include <array>

@@ -98,7 +98,7 @@ TEST_F(FavoritesPickerTest, TheLinkDialogTakesTheChosenFavorite) {
     UseFolder(favorites_.Folder());
     Then([](HWND d) {
         Click(d, IDC_FAVORITES);
-        EXPECT_EQ(Text(d, IDC_LINK), "http://a.example/");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "http://a.example/");
         Click(d, IDOK);
     });
     Then([](HWND picker) {

@@ -53,15 +53,15 @@ TEST_F(ImageListDialogTest, FieldsAreDisabledUntilARowIsSelectedAndEditsGoToThat
     Then([&](HWND d) {
         titleEnabledAtFirst = Enabled(d, IDC_TITLE);
         SelectRow(d, 1);
-        shownTitle = Text(d, IDC_TITLE);
+        shownTitle = GetControlText(d, IDC_TITLE);
         TypeEditText(d, IDC_TITLE, "Bee");
         TypeEditText(d, IDC_DESCRIPTION, "two\r\nlines");
         TypeComboText(d, IDC_LINK, "http://bee.example/");
         ChooseComboEntry(d, IDC_TARGET, 3);  // _top
         // Back to the first row: it shows its own texts.
         SelectRow(d, 0);
-        EXPECT_EQ(Text(d, IDC_TITLE), "A");
-        EXPECT_EQ(Text(d, IDC_TARGET), "");
+        EXPECT_EQ(GetControlText(d, IDC_TITLE), "A");
+        EXPECT_EQ(GetControlText(d, IDC_TARGET), "");
         // With no row selected nothing is stored anywhere.
         ClearRowSelection(d);
         EXPECT_FALSE(Enabled(d, IDC_TITLE));
@@ -85,7 +85,7 @@ TEST_F(ImageListDialogTest, MoveUpAndDownStopAtTheEndsAndKeepTheRecords) {
         EXPECT_EQ(RowText(d, 2), "C:\\3.png");
         Click(d, IDC_MOVE_UP);  // 3 above 2, still selected
         Click(d, IDC_MOVE_UP);  // and above 1
-        EXPECT_EQ(Text(d, IDC_TITLE), "three");
+        EXPECT_EQ(GetControlText(d, IDC_TITLE), "three");
         SelectRow(d, 1);
         Click(d, IDC_MOVE_DOWN);  // 1 to the end
         ClearRowSelection(d);  // nothing to move
@@ -112,7 +112,7 @@ TEST_F(ImageListDialogTest, RemoveDeletesEverySelectedRowAndRemoveAllTheRest) {
         // Nothing left to edit: the row fields are empty and disabled, so Tab
         // cannot reach Favorites or Target.
         for (int id : {IDC_TITLE, IDC_FAVORITES, IDC_TARGET}) EXPECT_FALSE(Enabled(d, id)) << id;
-        EXPECT_EQ(Text(d, IDC_TITLE), "");
+        EXPECT_EQ(GetControlText(d, IDC_TITLE), "");
         Click(d, IDOK);
     });
     ASSERT_TRUE(Run(text));
@@ -129,29 +129,29 @@ TEST_F(ImageListDialogTest, RowsShowTheirLinkType) {
     Then([&](HWND d) {
         SelectRow(d, 0);
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkEmailAddress);
-        EXPECT_EQ(Text(d, IDC_LINK), "mailto:someone");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "mailto:someone");
         EXPECT_FALSE(Enabled(d, IDC_TARGET));
-        EXPECT_EQ(Text(d, IDC_TARGET), "");  // an e-mail address has no target
+        EXPECT_EQ(GetControlText(d, IDC_TARGET), "");  // an e-mail address has no target
         // Back to a web address: the link is kept, the target usable again.
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkWebSite);
-        EXPECT_EQ(Text(d, IDC_LINK), "mailto:someone");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "mailto:someone");
         EXPECT_TRUE(Enabled(d, IDC_TARGET));
 
         SelectRow(d, 1);
         ExpectPageLinkControls(d);
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "about");
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), "about");
         EXPECT_TRUE(Enabled(d, IDC_TARGET));
 
         SelectRow(d, 2);
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
-        EXPECT_EQ(Text(d, IDC_LINK), "pages/about.html");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "pages/about.html");
         // Its page is still to be chosen: the page of the row before is gone.
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkInternalPage);
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), kChoosePageHint);
 
         SelectRow(d, 3);
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
-        EXPECT_EQ(Text(d, IDC_TARGET), "_self");
+        EXPECT_EQ(GetControlText(d, IDC_TARGET), "_self");
         EXPECT_TRUE(Enabled(d, IDC_FAVORITES));
         Click(d, IDCANCEL);
     });
@@ -164,9 +164,9 @@ TEST_F(ImageListDialogTest, SelectTakesThePickedPageIntoTheRow) {
     Then([&](HWND d) {
         SelectRow(d, 0);
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkInternalPage);
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), kChoosePageHint);
         Click(d, IDC_SELECT_PAGE);
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "NEWS");
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), "NEWS");
         Click(d, IDOK);
     });
     Then([&](HWND picker) {

@@ -19,7 +19,7 @@ protected:
 TEST_F(LinkDialogTest, OkReturnsTheEditedLinkAndCancelKeepsIt) {
     std::string link = "http://old.example/";
     Then([](HWND d) {
-        EXPECT_EQ(Text(d, IDC_LINK), "http://old.example/");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "http://old.example/");
         TypeComboText(d, IDC_LINK, "http://new.example/");
         Click(d, IDOK);
     });
@@ -42,7 +42,7 @@ TEST_F(LinkDialogTest, OpensWithTheTypeTheLinkHas) {
     std::string link = "./news.html";
     Then([](HWND d) {
         ExpectPageLinkControls(d);
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "NEWS");
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), "NEWS");
         Click(d, IDOK);
     });
     ASSERT_TRUE(Run(link, site));
@@ -51,8 +51,8 @@ TEST_F(LinkDialogTest, OpensWithTheTypeTheLinkHas) {
     link = "./missing.html";
     Then([](HWND d) {
         EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkWebSite);
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
+        EXPECT_EQ(GetControlText(d, IDC_LINK_LABEL), "&Page:");
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), kChoosePageHint);
         EXPECT_TRUE(Visible(d, IDC_LINK));
         Click(d, IDCANCEL);
     });
@@ -71,23 +71,23 @@ TEST_F(LinkDialogTest, SwitchingTypesAdjustsTheTexts) {
     std::string link = "";
     Then([](HWND d) {
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkWebSite);
-        EXPECT_EQ(Text(d, IDC_LINK), "http://");
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&URL:");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "http://");
+        EXPECT_EQ(GetControlText(d, IDC_LINK_LABEL), "&URL:");
 
         TypeComboText(d, IDC_LINK, "shop.example");
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkEmailAddress);
-        EXPECT_EQ(Text(d, IDC_LINK), "mailto:");
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "T&o:");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "mailto:");
+        EXPECT_EQ(GetControlText(d, IDC_LINK_LABEL), "T&o:");
         // Deliberately left in view, only disabled.
         EXPECT_TRUE(Visible(d, IDC_FAVORITES));
         EXPECT_FALSE(Enabled(d, IDC_FAVORITES));
 
         TypeComboText(d, IDC_LINK, "Write to mailto:x");
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkEmailAddress);
-        EXPECT_EQ(Text(d, IDC_LINK), "Write to mailto:x");
+        EXPECT_EQ(GetControlText(d, IDC_LINK), "Write to mailto:x");
 
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkInternalPage);
-        EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
+        EXPECT_EQ(GetControlText(d, IDC_LINK_LABEL), "&Page:");
         EXPECT_TRUE(Visible(d, IDC_SELECT_PAGE));
         EXPECT_FALSE(Visible(d, IDC_LINK));
         Click(d, IDOK);
@@ -102,9 +102,9 @@ TEST_F(LinkDialogTest, SelectTakesThePagesUrlAndCancelInThePickerChangesNothing)
     Then([](HWND d) {
         ChooseComboEntry(d, IDC_LINK_TYPE, kLinkInternalPage);
         Click(d, IDC_SELECT_PAGE);  // cancelled below
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), kChoosePageHint);
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), kChoosePageHint);
         Click(d, IDC_SELECT_PAGE);
-        EXPECT_EQ(Text(d, IDC_PAGE_DISPLAY), "index");
+        EXPECT_EQ(GetControlText(d, IDC_PAGE_DISPLAY), "index");
         EXPECT_EQ(GetFocus(), GetDlgItem(d, IDOK)) << "Enter now confirms";
         Click(d, IDOK);
     });

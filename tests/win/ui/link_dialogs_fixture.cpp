@@ -101,7 +101,6 @@ void TypeEditText(HWND dialog, int id, const std::string& text) {
         SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, EN_CHANGE), reinterpret_cast<LPARAM>(edit));
 }
 
-std::string Text(HWND dialog, int id) { return WindowText(GetDlgItem(dialog, id)); }
 
 int ComboSelection(HWND dialog, int id) {
     return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCURSEL, 0, 0));
@@ -201,7 +200,7 @@ MessageBoxCatcher::~MessageBoxCatcher() {
 
 void ExpectPageLinkControls(HWND d) {
     EXPECT_EQ(ComboSelection(d, IDC_LINK_TYPE), kLinkInternalPage);
-    EXPECT_EQ(Text(d, IDC_LINK_LABEL), "&Page:");
+    EXPECT_EQ(GetControlText(d, IDC_LINK_LABEL), "&Page:");
     EXPECT_TRUE(Visible(d, IDC_PAGE_DISPLAY));
     EXPECT_TRUE(Visible(d, IDC_SELECT_PAGE));
     EXPECT_FALSE(Visible(d, IDC_LINK));

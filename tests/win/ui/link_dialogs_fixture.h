@@ -15,7 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "../plain_text.h"
+#include "platform/window_text.h"
+#include "ui/link_type.h"  // GetControlText
 #include "ui/picker_tree.h"  // TreeItemText
 #include "ui/host_settings.h"
 #include "xml/xml_document.h"
@@ -61,7 +62,6 @@ void Click(HWND dialog, int id);
 void ChooseComboEntry(HWND dialog, int id, int index);
 void TypeComboText(HWND dialog, int id, const std::string& text);
 void TypeEditText(HWND dialog, int id, const std::string& text);
-std::string Text(HWND dialog, int id);
 int ComboSelection(HWND dialog, int id);
 int ComboCount(HWND dialog, int id);
 std::string ComboEntry(HWND dialog, int id, int index);

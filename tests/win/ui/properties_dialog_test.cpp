@@ -270,7 +270,7 @@ TEST_F(PropertiesDialogTest, ChildValuesAreTracedUpToTheirRow) {
 TEST_F(PropertiesDialogTest, CaptionDeveloperAndWebsiteComeFromTheRoot) {
     Open(kEveryType);
     HWND dialog = m_dialog->GetHwnd();
-    EXPECT_EQ(Text(dialog, CPropertiesDialog::kDeveloperId), "Dev & Co");
+    EXPECT_EQ(GetControlText(dialog, CPropertiesDialog::kDeveloperId), "Dev & Co");
     EXPECT_EQ(m_dialog->WebsiteLink().GetTarget(), "https://example.org/");
     // The store selector is never shown, tool tips are off.
     EXPECT_FALSE(m_dialog->Grid().GetComboBar().IsShown());

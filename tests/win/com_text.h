@@ -1,6 +1,5 @@
 #pragma once
-// Text that COM objects and windows hand over, as plain strings for test
-// assertions.
+// Text that COM hands over, as plain strings for test assertions.
 #include <windows.h>
 
 #include <oleauto.h>
@@ -21,9 +20,3 @@ inline std::string TakeBstr(BSTR text) {
     return narrow;
 }
 
-// A window's text (up to 1,023 characters).
-inline std::string WindowText(HWND window) {
-    char text[1024] = {};
-    GetWindowTextA(window, text, sizeof text);
-    return text;
-}
