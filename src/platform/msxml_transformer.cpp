@@ -114,7 +114,12 @@ std::string CMsxmlTransformer::Transform(std::string_view listXml, std::string_v
         SysFreeString(output);
         return result;
     };
-    if (wrappedStyle_.get())
+    if (wrappedStyle_.get()) {
         if (std::optional<std::string> unwrapped = one_root::Unwrap(run(wrappedStyle_.get()))) return *unwrapped;
+        // The output's shape follows the style sheet far more than the
+        // pictures: from now on transform once with the sheet as given,
+        // rather than twice on every call.
+        wrappedStyle_.reset();
+    }
     return run(style_.get());
 }

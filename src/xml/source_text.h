@@ -33,9 +33,11 @@ public:
         own_ = std::move(text);
         view_ = std::string_view();
     }
-    // The text as a string of its own, to change in place.
-    std::string& Edit() {
-        Get();
+    // Empties the text and gives it as a string of its own, to be written
+    // anew in place (its buffer is kept; a viewed source is not copied).
+    std::string& Rewrite() {
+        view_ = std::string_view();
+        own_.clear();
         return own_;
     }
     // Refers to text in the document's source instead of copying it.

@@ -148,8 +148,7 @@ void CXmlElement::ParsePendingAttributes() const {
 
 void CXmlElement::RebuildAttributeText() {
     ParsePendingAttributes();
-    std::string& text = attributeText_.Edit();
-    text.clear();
+    std::string& text = attributeText_.Rewrite();
     if (!attributes_) return;
     attributes_->ForEach([&text](const std::string& key, const std::string& value) {
         text += key;

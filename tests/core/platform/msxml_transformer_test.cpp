@@ -37,8 +37,8 @@ TEST(MsxmlTransformer, OutputWithOneRootIsTheSameText) {
     const std::string lists[] = {WriteImageList({{"a&b.jpg", "x<y \"q\"\nz"}, {"caf\xE9.png", ""}}),
                                  WriteImageList({})};
     for (const std::string& body : bodies) {
+        CMsxmlTransformer wrapped, plain;  // each kept for both lists
         for (const std::string& list : lists) {
-            CMsxmlTransformer wrapped, plain;
             std::string expected = plain.Transform(list, Stylesheet(body, false));
             EXPECT_EQ(wrapped.Transform(list, Stylesheet(body, true)), expected) << body;
             if (&list == &lists[0]) {
