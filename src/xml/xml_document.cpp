@@ -136,9 +136,9 @@ int CXmlDocument::Parse(std::string_view text) {
             std::string_view name, attributes;
             SplitTag(inner, name, attributes);
             if (root_.GetName().empty()) {
+                // Merged into the root's map, which a new parse keeps.
                 root_.SetName(name);
-                root_.SetAttributeText(attributes);
-                root_.ParseAttributes(attributes);
+                root_.SetParsedAttributeText(attributes, plain);
             } else if (depth == kMaxDepth) {
                 truncated_ = true;
                 return false;
