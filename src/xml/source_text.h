@@ -10,7 +10,6 @@
 // read from two threads at once.
 #include <string>
 #include <string_view>
-#include <utility>
 
 class CSourceText {
 public:
@@ -23,14 +22,9 @@ public:
     }
     // The text without making it a string of its own.
     std::string_view View() const { return view_.empty() ? std::string_view(own_) : view_; }
-    bool empty() const { return view_.empty() && own_.empty(); }
 
     void Set(std::string_view text) {
         own_.assign(text.data(), text.size());  // text may lie in own_ or in the viewed source
-        view_ = std::string_view();
-    }
-    void Set(std::string&& text) {
-        own_ = std::move(text);
         view_ = std::string_view();
     }
     // Empties the text and gives it as a string of its own, to be written
@@ -45,7 +39,7 @@ public:
         own_.clear();
         view_ = source;
     }
-    void clear() { Set(std::string()); }
+    void clear() { Rewrite(); }
 
 private:
     mutable std::string own_;
