@@ -6,6 +6,7 @@
 #include "platform/libxslt_transformer.h"
 
 #include <iconv.h>
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
 #include <libxslt/security.h>
@@ -142,13 +143,88 @@ struct ContextFree {
     void operator()(xsltTransformContextPtr c) const { xsltFreeTransformContext(c); }
 };
 
+constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+
 // Parses UTF-8 text whatever its declaration says, without network,
 // external entities or DTD loading.
 xmlDocPtr ParseUtf8(const std::string& text) {
     if (text.size() > static_cast<std::size_t>(INT32_MAX)) return nullptr;
-    return xmlReadMemory(text.data(), static_cast<int>(text.size()), "memory:", "UTF-8",
-                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+    return xmlReadMemory(text.data(), static_cast<int>(text.size()), "memory:", "UTF-8", kParseOptions);
 }
+
+bool IsBlankText(const xmlChar* text) {
+    for (; text && *text; ++text)
+        if (*text != ' ' && *text != '\t' && *text != '\r' && *text != '\n') return false;
+    return true;
+}
+
+// The list document is loaded the way the Windows XML component loads a
+// document that does not preserve white space: a text node of blanks only
+// is dropped, unless the nearest xml:space around it says "preserve". Style
+// sheets see the same nodes with either transformer, and the tree is
+// smaller (a written list has one such node beside each element).
+//
+// A text node is complete when anything but text follows it in its parent;
+// the handlers below look at the parent's last child then, before the
+// parser adds the next node, so a dropped node's memory is taken again at
+// once.
+namespace list_loading {
+
+void DropCompleteBlankText(void* parserContext) {
+    xmlNodePtr parent = static_cast<xmlParserCtxtPtr>(parserContext)->node;
+    xmlNodePtr last = parent ? parent->last : nullptr;
+    if (!last || last->type != XML_TEXT_NODE || !IsBlankText(last->content) || xmlNodeGetSpacePreserve(parent) == 1)
+        return;
+    xmlUnlinkNode(last);
+    xmlFreeNode(last);
+}
+
+void StartElement(void* c, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri, int namespaceCount,
+                  const xmlChar** namespaces, int attributeCount, int defaultedCount, const xmlChar** attributes) {
+    DropCompleteBlankText(c);
+    xmlSAX2StartElementNs(c, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
+                          attributes);
+}
+void EndElement(void* c, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri) {
+    DropCompleteBlankText(c);
+    xmlSAX2EndElementNs(c, name, prefix, uri);
+}
+void Comment(void* c, const xmlChar* text) {
+    DropCompleteBlankText(c);
+    xmlSAX2Comment(c, text);
+}
+void ProcessingInstruction(void* c, const xmlChar* target, const xmlChar* data) {
+    DropCompleteBlankText(c);
+    xmlSAX2ProcessingInstruction(c, target, data);
+}
+void CdataBlock(void* c, const xmlChar* text, int length) {
+    DropCompleteBlankText(c);
+    xmlSAX2CDataBlock(c, text, length);
+}
+void Reference(void* c, const xmlChar* name) {
+    DropCompleteBlankText(c);
+    xmlSAX2Reference(c, name);
+}
+
+// Parses a list as ParseUtf8 does, without the text nodes of blanks only.
+xmlDocPtr Parse(const std::string& text) {
+    if (text.size() > static_cast<std::size_t>(INT32_MAX)) return nullptr;
+    xmlParserCtxtPtr context = xmlNewParserCtxt();
+    if (!context) return nullptr;
+    xmlSAXHandlerPtr sax = context->sax;
+    sax->startElementNs = StartElement;
+    sax->endElementNs = EndElement;
+    sax->comment = Comment;
+    sax->processingInstruction = ProcessingInstruction;
+    sax->cdataBlock = CdataBlock;
+    sax->reference = Reference;
+    xmlDocPtr document = xmlCtxtReadMemory(context, text.data(), static_cast<int>(text.size()), "memory:", "UTF-8",
+                                           kParseOptions);
+    xmlFreeParserCtxt(context);
+    return document;
+}
+
+}  // namespace list_loading
 
 class CLibxsltTransformer : public CXsltTransformer {
 public:
@@ -162,7 +238,7 @@ public:
         std::lock_guard<std::mutex> lock(mutex_);
         xsltSecurityPrefsPtr prefs = SharedSecurityPrefs();
 
-        std::unique_ptr<xmlDoc, DocFree> list(ParseUtf8(toUtf8_.Convert(listXml)));
+        std::unique_ptr<xmlDoc, DocFree> list(list_loading::Parse(toUtf8_.Convert(listXml)));
         if (!list) return std::string();
         xsltStylesheetPtr compiled = Compiled(stylesheet);
         if (!compiled) return std::string();

@@ -32,7 +32,8 @@ def _parse(data):
 
 
 def _string_value(element):
-    return "".join(element.itertext())
+    # The list is loaded without its text nodes of blanks only.
+    return "".join(t for t in element.itertext() if t.strip(" \t\r\n"))
 
 
 def _run(node, document, context, out):
