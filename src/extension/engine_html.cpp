@@ -120,16 +120,19 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     // stays. The parsed tree is gone before the transformation starts, which
     // holds the list again in its own form.
     if (static_cast<std::size_t>(std::count(value.begin(), value.end(), '<')) > kMaxGalleryTags) return std::string();
-    std::string list;
-    {
+    // The design view transforms the list as it stands; it only has to know
+    // that the list would parse whole.
+    std::string rewritten;
+    if (keepPaths) {
+        if (CXmlDocument::NestsTooDeep(value)) return std::string();
+    } else {
         CXmlDocument parsed;
         if (!ParseImageList(parsed, value)) return std::string();
-        list = keepPaths ? std::string(value)
-                         : RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
-                               return services_.fileSystem ? services_.fileSystem->NameToUtf8(name)
-                                                           : std::string(name);
-                           });
+        rewritten = RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
+            return services_.fileSystem ? services_.fileSystem->NameToUtf8(name) : std::string(name);
+        });
     }
+    std::string_view list = keepPaths ? value : std::string_view(rewritten);
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
     ReplaceVariables(stylesheet);
     // Whatever the transformer's own settings, a gallery never reads the

@@ -111,60 +111,32 @@ std::size_t NextBracket(const char* s, std::size_t i, std::size_t n) {
     return i;
 }
 
-}  // namespace
-
-int CXmlDocument::Parse(std::string_view text) {
-    Clear();
-    source_.assign(text.data(), text.size());
-
+// The scanner both the parser and the depth check run: sink.OnValue(text,
+// inSource) before every '<' with the trimmed text since the last tag, and
+// sink.OnTag(kind, inner, plain) for every complete tag that is not ignored
+// (kind 0 start, 1 end, 2 empty-element; plain when inner lies in the
+// source); scanning stops when OnTag returns false.
+template <class Sink>
+void Scan(std::string_view source, Sink& sink) {
     // tag and content gather the text of the tag and of the value being
     // scanned. A tag or a value that stands whole in the source, the usual
     // case, is read from there instead.
     std::string tag, content, scratch;
     bool inTag = false;
-    truncated_ = false;
-    int depth = 1;  // of current_
 
-    // One complete tag: a start tag opens an element, an end tag closes the
-    // current one, an empty-element tag does both. False when the tree is
-    // as deep as it may be.
+    // One complete tag. After an ignored tag the scanner stays "in a tag",
+    // so what follows it is gathered into the next tag's text.
     auto take = [&](std::string_view whole, bool plain) {
         std::string_view inner;
-        int r = plain ? ClassifyPlainTag(whole, inner) : ClassifyTag(whole, scratch);
+        int r = plain ? ClassifyPlainTag(whole, inner) : CXmlDocument::ClassifyTag(whole, scratch);
         if (!plain) inner = scratch;
-        if (r == 0 || r == 2) {
-            std::string_view name, attributes;
-            SplitTag(inner, name, attributes);
-            if (root_.GetName().empty()) {
-                // Merged into the root's map, which a new parse keeps.
-                root_.SetName(name);
-                root_.SetParsedAttributeText(attributes, plain);
-            } else if (depth == kMaxDepth) {
-                truncated_ = true;
-                return false;
-            } else {
-                ++depth;
-                auto element = std::make_unique<CXmlElement>();
-                element->SetParent(current_);
-                element->SetName(name);
-                element->SetParsedAttributeText(attributes, plain);
-                current_ = current_->AppendChild(std::move(element));
-            }
-        }
-        if (r == 1 || r == 2) {
-            if (current_->GetParent()) {
-                current_ = current_->GetParent();
-                --depth;
-            }
-        }
-        // After an ignored tag the scanner stays "in a tag", so what
-        // follows it is gathered into the next tag's text.
-        if (r != -1) inTag = false;
-        return true;
+        if (r == -1) return true;
+        inTag = false;
+        return sink.OnTag(r, inner, plain);
     };
 
-    const char* s = source_.data();
-    const std::size_t n = source_.size();
+    const char* s = source.data();
+    const std::size_t n = source.size();
     // A value that is one run of the source is read from there; only one
     // broken by a stray '>' is gathered in content.
     std::string_view run;
@@ -188,7 +160,7 @@ int CXmlDocument::Parse(std::string_view text) {
             if (i == n) break;
         }
         if (s[i] == '<') {
-            current_->SetParsedRawValue(ascii::Trim(gathered ? std::string_view(content) : run), !gathered);
+            sink.OnValue(ascii::Trim(gathered ? std::string_view(content) : run), !gathered);
             content.clear();
             run = std::string_view();
             gathered = false;
@@ -215,7 +187,83 @@ int CXmlDocument::Parse(std::string_view text) {
         }
         ++i;
     }
+}
+
+// Follows only the depth the parser's tree would have.
+struct DepthSink {
+    bool rootNamed = false;
+    bool truncated = false;
+    int depth = 1;
+    void OnValue(std::string_view, bool) {}
+    bool OnTag(int kind, std::string_view inner, bool) {
+        if (kind == 0 || kind == 2) {
+            std::string_view name, attributes;
+            SplitTag(inner, name, attributes);
+            if (!rootNamed) {
+                rootNamed = !name.empty();
+            } else if (depth == CXmlDocument::kMaxDepth) {
+                truncated = true;
+                return false;
+            } else {
+                ++depth;
+            }
+        }
+        if ((kind == 1 || kind == 2) && depth > 1) --depth;
+        return true;
+    }
+};
+
+}  // namespace
+
+// Builds the tree: a start tag opens an element, an end tag closes the
+// current one, an empty-element tag does both; each element's value is the
+// last text before a tag while it is the current one.
+struct CXmlDocument::TreeSink {
+    CXmlDocument& document;
+    int depth = 1;  // of current_
+    void OnValue(std::string_view text, bool inSource) { document.current_->SetParsedRawValue(text, inSource); }
+    bool OnTag(int kind, std::string_view inner, bool plain) {
+        CXmlElement& root = document.root_;
+        if (kind == 0 || kind == 2) {
+            std::string_view name, attributes;
+            SplitTag(inner, name, attributes);
+            if (root.GetName().empty()) {
+                // Merged into the root's map, which a new parse keeps.
+                root.SetName(name);
+                root.SetParsedAttributeText(attributes, plain);
+            } else if (depth == kMaxDepth) {
+                document.truncated_ = true;
+                return false;
+            } else {
+                ++depth;
+                auto element = std::make_unique<CXmlElement>();
+                element->SetParent(document.current_);
+                element->SetName(name);
+                element->SetParsedAttributeText(attributes, plain);
+                document.current_ = document.current_->AppendChild(std::move(element));
+            }
+        }
+        if ((kind == 1 || kind == 2) && document.current_->GetParent()) {
+            document.current_ = document.current_->GetParent();
+            --depth;
+        }
+        return true;
+    }
+};
+
+int CXmlDocument::Parse(std::string_view text) {
+    Clear();
+    source_.assign(text.data(), text.size());
+    truncated_ = false;
+    TreeSink sink{*this};
+    Scan(source_, sink);
     return 1;
+}
+
+bool CXmlDocument::NestsTooDeep(std::string_view text) {
+    DepthSink sink;
+    Scan(text, sink);
+    return sink.truncated;
 }
 
 std::string CXmlDocument::GetXml() {

@@ -40,6 +40,8 @@ public:
     // Whether the last Parse stopped early at an element nested deeper than
     // kMaxDepth; the tree then holds what came before it.
     bool IsTruncated() const { return truncated_; }
+    // Whether parsing text would stop so, found without building the tree.
+    static bool NestsTooDeep(std::string_view text);
 
     // Classifies the text of one tag: -1 ignore, 0 start tag, 1 end tag,
     // 2 empty-element tag; inner receives the text between the brackets.
@@ -67,6 +69,7 @@ public:
     static std::string Unescape(std::string_view text);
 
 private:
+    struct TreeSink;
     int writerDepth_ = -1;
     bool truncated_ = false;
     std::string source_;

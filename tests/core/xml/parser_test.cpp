@@ -29,8 +29,10 @@ std::string Nested(int depth) {
 TEST(Parser, StopsAtTheNestingLimitAndSaysSo) {
     for (int depth : {CXmlDocument::kMaxDepth, CXmlDocument::kMaxDepth + 1, 1000000}) {
         CXmlDocument doc;
-        doc.Parse("<r><kept/>" + Nested(depth - 1) + "<after/></r>");
+        const std::string text = "<r><kept/>" + Nested(depth - 1) + "<after/></r>";
+        doc.Parse(text);
         EXPECT_EQ(doc.IsTruncated(), depth > CXmlDocument::kMaxDepth) << depth;
+        EXPECT_EQ(CXmlDocument::NestsTooDeep(text), doc.IsTruncated()) << depth;
         CXmlElement* e = doc.GetRoot();
         ASSERT_EQ(e->GetChildCount(), depth > CXmlDocument::kMaxDepth ? 2u : 3u) << depth;
         EXPECT_EQ(e->GetChild(0)->GetName(), "kept");
