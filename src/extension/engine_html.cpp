@@ -133,7 +133,7 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
         });
     }
     std::string_view list = keepPaths ? value : std::string_view(rewritten);
-    std::string stylesheet = Base64DecodeOrKeep(property.GetAttribute("gallerytemplate"));
+    std::string stylesheet = Base64DecodeOrKeep(property.GetAttributeView("gallerytemplate"));
     ReplaceVariables(stylesheet);
     // Whatever the transformer's own settings, a gallery never reads the
     // user's files or reaches the network.

@@ -22,7 +22,7 @@ const char* RenderMethodName(RenderMethod method) {
 
 PropertyRule ReadPropertyRule(const CXmlElement& property) {
     PropertyRule rule;
-    rule.variable = CXmlDocument::Unescape(property.GetAttribute("variable"));
-    rule.type = static_cast<PropertyType>(AttributeToInt(property.GetAttribute("type")));
+    rule.variable = CXmlDocument::Unescape(property.GetAttributeView("variable"));
+    rule.type = static_cast<PropertyType>(AttributeToInt(property.GetAttributeView("type")));
     return rule;
 }

@@ -16,8 +16,8 @@ bool IsXmlSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'
 // The text as an XML processor reads names and expressions in it: character
 // references and the predefined entities decoded, ASCII letters lower case.
 std::string AsProcessorReadsIt(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
+    std::string out(text.size(), '\0');
+    std::size_t length = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         char c = text[i];
         std::size_t end = c == '&' ? text.find(';', i) : std::string_view::npos;
@@ -47,8 +47,9 @@ std::string AsProcessorReadsIt(std::string_view text) {
                 i = end;
             }
         }
-        out += ascii::ToLower(c);
+        out[length++] = ascii::ToLower(c);
     }
+    out.resize(length);
     return out;
 }
 

@@ -75,11 +75,12 @@ CHashedStringMap& CXmlElement::GetAttributes() {
     return *attributes_;
 }
 
-std::string CXmlElement::GetAttribute(std::string_view name) const {
+std::string CXmlElement::GetAttribute(std::string_view name) const { return std::string(GetAttributeView(name)); }
+
+std::string_view CXmlElement::GetAttributeView(std::string_view name) const {
     ParsePendingAttributes();
-    if (!attributes_) return std::string();
-    const std::string* value = attributes_->Find(name);
-    return value ? *value : std::string();
+    const std::string* value = attributes_ ? attributes_->Find(name) : nullptr;
+    return value ? std::string_view(*value) : std::string_view();
 }
 
 namespace {

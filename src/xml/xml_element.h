@@ -72,6 +72,8 @@ public:
     // --- attributes ------------------------------------------------------------
     // The raw value of an attribute, or the empty text when absent.
     std::string GetAttribute(std::string_view name) const;
+    // The same without a copy, valid until the attributes change.
+    std::string_view GetAttributeView(std::string_view name) const;
     const CHashedStringMap& GetAttributes() const;
     CHashedStringMap& GetAttributes();
 
