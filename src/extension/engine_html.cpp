@@ -126,11 +126,12 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
     if (keepPaths) {
         if (CXmlDocument::NestsTooDeep(value)) return std::string();
     } else {
-        CXmlDocument parsed;
-        if (!ParseImageList(parsed, value)) return std::string();
-        rewritten = RewriteImageListForPage(parsed, pageContext_, [this](std::string_view name) {
-            return services_.fileSystem ? services_.fileSystem->NameToUtf8(name) : std::string(name);
-        });
+        std::optional<std::string> forPage =
+            RewriteImageListForPage(value, pageContext_, [this](std::string_view name) {
+                return services_.fileSystem ? services_.fileSystem->NameToUtf8(name) : std::string(name);
+            });
+        if (!forPage) return std::string();
+        rewritten = std::move(*forPage);
     }
     std::string_view list = keepPaths ? value : std::string_view(rewritten);
     std::string stylesheet = Base64DecodeOrKeep(property.GetAttributeView("gallerytemplate"));

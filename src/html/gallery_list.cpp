@@ -1,25 +1,206 @@
 #include "html/gallery_list.h"
 
+#include <cstdint>
+#include <cstring>
+#include <deque>
+#include <optional>
+#include <vector>
+
+#include "html/image_list.h"
 #include "html/published_names.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
+#include "xml/xml_scanner.h"
+
+namespace {
+
+// The URL of the folder the page's pictures are published in, with a '/'.
+std::string PageFolderUrl(std::string_view pageContext, const NameToUtf8Fn& toUtf8) {
+    while (!pageContext.empty() && pageContext.back() == '/') pageContext.remove_suffix(1);
+    return UrlPathOf(toUtf8(pageContext)) + '/';
+}
+
+// The usual image list, read into a flat array of its elements in one pass
+// of the parser's scanner: the tree the parser would build, for lists in
+// which cleaning up would change nothing. Gives up (and the list goes
+// through the tree) on attributes, values gathered around a stray '>',
+// names that are not XML names as they stand, a FILENAME field with
+// elements inside, a nameless first tag, and lists nested too deep.
+class CFlatImageList {
+public:
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    bool Read(std::string_view text) {
+        elements_.reserve(text.size() / 32 + 1);  // a written list has about one element in 32 bytes
+        elements_.emplace_back();
+        xml_scan::Scan(text, *this);
+        return !failed_ && !elements_[0].name.empty();
+    }
+
+    // The rewrite of RewriteImageListForPage, written as GetXml writes.
+    std::string Rewrite(std::string_view pageContext, const NameToUtf8Fn& toUtf8) {
+        const std::string folder = PageFolderUrl(pageContext, toUtf8);
+        // The new values go one after the other into urls, and become the
+        // fields' values once urls has stopped growing.
+        std::string urls;
+        struct NewValue {
+            std::uint32_t field;
+            std::size_t start, end;
+        };
+        std::vector<NewValue> values;
+        for (std::uint32_t image = elements_[0].firstChild; image != kNone; image = elements_[image].nextSibling) {
+            if (!ascii::EqualsNoCase(elements_[image].name, "IMAGE")) continue;
+            std::uint32_t field = elements_[image].firstChild;
+            while (field != kNone && !ascii::EqualsNoCase(elements_[field].name, "FILENAME"))
+                field = elements_[field].nextSibling;
+            std::string_view fileName;
+            std::string unescaped;
+            if (field == kNone) {
+                field = Append(image, "FILENAME");
+            } else {
+                fileName = elements_[field].value;
+                if (fileName.find('&') != std::string_view::npos)
+                    fileName = unescaped = CXmlDocument::Unescape(fileName);
+            }
+            // A URL path holds nothing that needs escaping.
+            const std::size_t start = urls.size();
+            urls += folder;
+            urls += UrlPathOf(toUtf8(PublishedFileName(fileName)));
+            values.push_back({field, start, urls.size()});
+        }
+        for (const NewValue& v : values)
+            elements_[v.field].value = std::string_view(urls).substr(v.start, v.end - v.start);
+        elements_[0].name = "GALLERY";
+        return Write();
+    }
+
+    // --- the scanner's events (see xml_scanner.h) -------------------------
+    void OnValue(std::string_view text, bool inSource) {
+        if (!inSource) failed_ = true;
+        elements_[current_].value = text;
+    }
+    bool OnTag(int kind, std::string_view inner, bool plain) {
+        if (kind == 0 || kind == 2) {
+            std::string_view name, attributes;
+            xml_scan::SplitTag(inner, name, attributes);
+            if (!attributes.empty() || name.empty()) return Fail();
+            if (!plain) name = names_.emplace_back(name);
+            if (elements_[0].name.empty()) {
+                elements_[0].name = name;
+            } else {
+                if (depth_ == CXmlDocument::kMaxDepth || !IsXmlName(name) || IsFileNameField(current_)) return Fail();
+                ++depth_;
+                current_ = Append(current_, name);
+            }
+        }
+        if ((kind == 1 || kind == 2) && current_ != 0) {
+            current_ = elements_[current_].parent;
+            --depth_;
+        }
+        return true;
+    }
+
+private:
+    struct Element {
+        std::string_view name, value;
+        std::uint32_t parent = kNone, firstChild = kNone, lastChild = kNone, nextSibling = kNone;
+    };
+
+    bool Fail() {
+        failed_ = true;
+        return false;
+    }
+    std::uint32_t Append(std::uint32_t parent, std::string_view name) {
+        const auto index = static_cast<std::uint32_t>(elements_.size());
+        elements_.push_back({name, {}, parent, kNone, kNone, kNone});
+        Element& p = elements_[parent];
+        (p.lastChild == kNone ? p.firstChild : elements_[p.lastChild].nextSibling) = index;
+        p.lastChild = index;
+        return index;
+    }
+    // A FILENAME in an element of the root: the tree path empties it.
+    bool IsFileNameField(std::uint32_t element) const {
+        const std::uint32_t parent = elements_[element].parent;
+        return element != 0 && parent != 0 && elements_[parent].parent == 0 &&
+               ascii::EqualsNoCase(elements_[element].name, "FILENAME");
+    }
+
+    // The text GetXml writes for the tree, measured first and then copied
+    // into place.
+    std::string Write() const {
+        std::size_t size = 0;
+        Walk([&size](std::string_view piece) { size += piece.size(); }, [&size](std::size_t tabs) { size += tabs; });
+        std::string out(size, '\t');
+        char* at = out.data();
+        Walk(
+            [&at](std::string_view piece) {
+                std::memcpy(at, piece.data(), piece.size());
+                at += piece.size();
+            },
+            [&at](std::size_t tabs) { at += tabs; });  // out is all tabs to begin with
+        return out;
+    }
+
+    // Calls text(piece) and tabs(count) for the pieces of the written tree.
+    template <class Text, class Tabs>
+    void Walk(Text text, Tabs tabs) const {
+        text("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n");
+        std::vector<std::uint32_t> open{0};  // the path to the element being written
+        std::uint32_t next = 0;              // the element to open, or kNone to close open.back()
+        while (!open.empty()) {
+            const std::size_t depth = open.size() - 1;
+            if (next != kNone) {
+                const Element& e = elements_[next];
+                if (next != 0) tabs(depth + 1);
+                text("<");
+                text(e.name);
+                text(">");
+                text(e.value.empty() ? std::string_view("\r\n") : e.value);
+                if (next != 0) open.push_back(next);
+                next = e.firstChild;
+                continue;
+            }
+            const Element& e = elements_[open.back()];
+            if (e.value.empty() && depth >= 1) tabs(depth);
+            text("</");
+            text(e.name);
+            text(">\r\n");
+            next = e.nextSibling;
+            open.pop_back();
+        }
+    }
+
+    std::vector<Element> elements_;  // [0] is the root
+    std::deque<std::string> names_;  // names not in the source text
+    std::uint32_t current_ = 0;
+    int depth_ = 1;
+    bool failed_ = false;
+};
+
+}  // namespace
 
 std::string RewriteImageListForPage(CXmlDocument& list, std::string_view pageContext, const NameToUtf8Fn& toUtf8) {
     CXmlElement* root = list.GetRoot();
     root->SetName("GALLERY");
-
-    std::string_view context = pageContext;
-    while (!context.empty() && context.back() == '/') context.remove_suffix(1);
-    const std::string folder = UrlPathOf(toUtf8(context)) + '/';
-
+    const std::string folder = PageFolderUrl(pageContext, toUtf8);
     for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
         CXmlElement* image = root->GetChild(i);
         if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
         std::string fileName = list.GetChildValue(image, "FILENAME");
-        std::string published = folder + UrlPathOf(toUtf8(PublishedFileName(fileName)));
-        list.SetChildValue(image, "FILENAME", published, std::nullopt);
+        list.SetChildValue(image, "FILENAME", folder + UrlPathOf(toUtf8(PublishedFileName(fileName))), std::nullopt);
     }
     return list.GetXml();
+}
+
+std::optional<std::string> RewriteImageListForPage(std::string_view list, std::string_view pageContext,
+                                                   const NameToUtf8Fn& toUtf8) {
+    {
+        CFlatImageList flat;
+        if (flat.Read(list)) return flat.Rewrite(pageContext, toUtf8);
+    }
+    CXmlDocument parsed;
+    if (!ParseImageList(parsed, list)) return std::nullopt;
+    return RewriteImageListForPage(parsed, pageContext, toUtf8);
 }
 
 std::string StripXmlDeclaration(std::string text) {

@@ -2,6 +2,7 @@
 // Preparing an image list for the gallery style sheet and cleaning up what
 // the style sheet produced.
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,10 @@ using NameToUtf8Fn = std::function<std::string(std::string_view)>;
 // image list, changed in place.
 class CXmlDocument;
 std::string RewriteImageListForPage(CXmlDocument& list, std::string_view pageContext, const NameToUtf8Fn& toUtf8);
+// The same for the list's text, parsed with ParseImageList; nothing when
+// that fails. The usual list is rewritten in one pass without the tree.
+std::optional<std::string> RewriteImageListForPage(std::string_view list, std::string_view pageContext,
+                                                   const NameToUtf8Fn& toUtf8);
 
 // Drops everything up to and including the "?>" that follows the first
 // "<?xml"; text without both is returned whole.

@@ -20,13 +20,18 @@ bool CutName(CXmlElement& element) {
     std::size_t end = start;
     while (end < name.size() && name[end] != '\0' && !ascii::IsSpace(static_cast<unsigned char>(name[end]))) ++end;
     name = name.substr(start, end - start);
-    bool valid = !name.empty() && std::string_view("-.0123456789").find(name[0]) == std::string_view::npos;
-    for (char c : name) valid = valid && IsNameChar(static_cast<unsigned char>(c));
+    const bool valid = IsXmlName(name);
     if (valid && name.size() != element.GetName().size()) element.SetName(std::string(name));
     return valid;
 }
 
 }  // namespace
+
+bool IsXmlName(std::string_view name) {
+    bool valid = !name.empty() && std::string_view("-.0123456789").find(name[0]) == std::string_view::npos;
+    for (char c : name) valid = valid && IsNameChar(static_cast<unsigned char>(c));
+    return valid;
+}
 
 bool ParseImageList(CXmlDocument& list, std::string_view text) {
     list.Parse(text);

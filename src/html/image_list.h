@@ -29,6 +29,8 @@ std::string WriteImageList(const std::vector<ImageListEntry>& images);
 // then holds what came before).
 class CXmlDocument;
 bool ParseImageList(CXmlDocument& list, std::string_view text);
+// Whether ParseImageList keeps an element of this name as it is.
+bool IsXmlName(std::string_view name);
 
 // The IMAGEs of an image list, in order (what the Files dialog lists).
 std::vector<ImageListEntry> ReadImageList(std::string_view text);

@@ -77,8 +77,10 @@ bool UsesOutsideElement(const std::string& text) {
 }  // namespace
 
 bool DeclaresDocumentType(std::string_view xml) {
-    for (std::size_t at = xml.find("<!"); at != std::string_view::npos; at = xml.find("<!", at + 2)) {
-        std::string_view declaration = xml.substr(at + 2);
+    // Found by their '!', which is rare; '<' is everywhere.
+    for (std::size_t bang = xml.find('!'); bang != std::string_view::npos; bang = xml.find('!', bang + 1)) {
+        if (bang == 0 || xml[bang - 1] != '<') continue;
+        std::string_view declaration = xml.substr(bang + 1);
         if (ascii::EqualsNoCase(declaration.substr(0, 7), "doctype") ||
             ascii::EqualsNoCase(declaration.substr(0, 6), "entity"))
             return true;

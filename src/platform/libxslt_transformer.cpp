@@ -182,8 +182,7 @@ void DropCompleteBlankText(void* parserContext) {
 void StartElement(void* c, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri, int namespaceCount,
                   const xmlChar** namespaces, int attributeCount, int defaultedCount, const xmlChar** attributes) {
     DropCompleteBlankText(c);
-    xmlSAX2StartElementNs(c, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
-                          attributes);
+    xmlSAX2StartElementNs(c, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount, attributes);
 }
 void EndElement(void* c, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri) {
     DropCompleteBlankText(c);
@@ -218,8 +217,8 @@ xmlDocPtr Parse(const std::string& text) {
     sax->processingInstruction = ProcessingInstruction;
     sax->cdataBlock = CdataBlock;
     sax->reference = Reference;
-    xmlDocPtr document = xmlCtxtReadMemory(context, text.data(), static_cast<int>(text.size()), "memory:", "UTF-8",
-                                           kParseOptions);
+    xmlDocPtr document =
+        xmlCtxtReadMemory(context, text.data(), static_cast<int>(text.size()), "memory:", "UTF-8", kParseOptions);
     xmlFreeParserCtxt(context);
     return document;
 }
@@ -260,8 +259,9 @@ public:
         if (xsltSaveResultToString(&bytes, &length, result.get(), compiled) != 0) return std::string();
         result.reset();
         std::string out =
-            bytes ? fromUtf8_.Convert(std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)))
-                  : std::string();
+            bytes
+                ? fromUtf8_.Convert(std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)))
+                : std::string();
         xmlFree(bytes);
         return out;
     }

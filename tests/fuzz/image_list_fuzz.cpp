@@ -1,5 +1,6 @@
-// Image lists: any list text is rewritten for a page without harm, and a
-// list the Files dialog writes reads back with one IMAGE per picture.
+// Image lists: any list text is rewritten for a page without harm, in one
+// pass or through the tree alike, and a list the Files dialog writes reads
+// back with one IMAGE per picture.
 #include "html/gallery_list.h"
 #include "html/image_list.h"
 #include "html/published_names.h"
@@ -8,6 +9,19 @@
 #include "xml/xml_document.h"
 
 namespace {
+
+std::string AsIs(std::string_view name) { return std::string(name); }
+
+// The list's text rewritten for a page as its tree is; nothing when the
+// tree is cut short. Returns the tree's text.
+std::string RequireSameRewrite(std::string_view text, const std::string& context) {
+    CXmlDocument list;
+    const bool whole = ParseImageList(list, text);
+    std::string expected = RewriteImageListForPage(list, context, AsIs);
+    std::optional<std::string> rewritten = RewriteImageListForPage(text, context, AsIs);
+    Require(rewritten ? whole && *rewritten == expected : !whole);
+    return expected;
+}
 
 std::size_t CountImages(CXmlDocument& list) {
     std::size_t images = 0;
@@ -22,11 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzedDataProvider in(data, size);
     std::string context = in.ConsumeRandomLengthString(64);
     std::string text = in.ConsumeRandomLengthString(8192);
-    CXmlDocument list;
-    ParseImageList(list, text);
     // The page shows a picture for every row of the Files dialog.
     CXmlDocument page;
-    page.Parse(RewriteImageListForPage(list, context, [](std::string_view name) { return std::string(name); }));
+    page.Parse(RequireSameRewrite(text, context));
     Require(CountImages(page) == ReadImageList(text).size());
 
     std::vector<ImageListEntry> entries;
@@ -39,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         entries.push_back(e);
     }
     CXmlDocument written;
-    written.Parse(WriteImageList(entries));
+    written.Parse(RequireSameRewrite(WriteImageList(entries), context));
     Require(CountImages(written) == entries.size());
     return 0;
 }

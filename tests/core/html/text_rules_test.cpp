@@ -49,12 +49,6 @@ TEST(ImageList, WritesChildrenInOrderAndOnlyWhenSetAndReadsNothingFromNoXml) {
 
 std::string AsIs(std::string_view name) { return std::string(name); }
 
-std::string RewriteImageListForPage(std::string_view text, std::string_view context, const NameToUtf8Fn& toUtf8) {
-    CXmlDocument list;
-    ParseImageList(list, text);
-    return RewriteImageListForPage(list, context, toUtf8);
-}
-
 TEST(GalleryList, PublishedNamesAreUrlsThatStayInTheImageFolder) {
     // The name is what follows the last '\\' or '/'; "." and ".." are none.
     // What a URL cannot carry as it is, is percent-encoded from UTF-8.
@@ -74,7 +68,7 @@ TEST(GalleryList, PublishedNamesAreUrlsThatStayInTheImageFolder) {
         return utf8;
     };
     CXmlDocument out;
-    out.Parse(RewriteImageListForPage(list, "my pics", latin1));
+    out.Parse(RewriteImageListForPage(list, "my pics", latin1).value());
     auto name = [&out](std::size_t i) { return out.GetChildValue(out.GetRoot()->GetChild(i), "FILENAME"); };
     EXPECT_EQ(name(0), "my%20pics/pic.jpg");
     EXPECT_EQ(name(1), "my%20pics/caf%C3%83%C2%A9%20%231%3F.jpg");
@@ -103,7 +97,7 @@ TEST(GalleryList, NamesEndAtABlankAndElementsInsideAreNoPart) {
     EXPECT_EQ(rows[0].fileName, "C:\\a.jpg");
     EXPECT_EQ(rows[1].fileName, "b.jpg");
     EXPECT_EQ(rows[1].title, "t");
-    std::string text = RewriteImageListForPage(odd, "p", AsIs);
+    std::string text = RewriteImageListForPage(odd, "p", AsIs).value();
     EXPECT_EQ(text.find("<B>"), std::string::npos);
     CXmlDocument out;
     out.Parse(text);
