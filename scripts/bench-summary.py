@@ -26,8 +26,15 @@ def fmt_ms(ms):
 
 
 def main(path, extra_path=None):
+    # Of repeated runs the fastest counts: on a shared machine the others
+    # carry other work's time.
+    runs = {}
     with open(path) as f:
-        runs = {b["name"]: b for b in json.load(f)["benchmarks"] if b.get("run_type", "iteration") == "iteration"}
+        for b in json.load(f)["benchmarks"]:
+            if b.get("run_type", "iteration") == "iteration":
+                name = b.get("run_name", b["name"])
+                if name not in runs or b["cpu_time"] < runs[name]["cpu_time"]:
+                    runs[name] = b
     extra = {}
     if extra_path:
         with open(extra_path) as f:
@@ -49,14 +56,16 @@ def main(path, extra_path=None):
         compare(label, ours, "tinyxml2", cpu(runs, "BM_ParseTinyxml2/%d" % arg))
         compare(label, ours, "memcpy", cpu(runs, "BM_ParseMemcpy/%d" % arg))
     for n in (10, 100, 1000, 10000):
-        reference = cpu(runs, "BM_Engine_LibxsltCompiled/%d" % n)
         compare("GetHtml (published), %d images" % n, cpu(runs, "BM_Engine_GetHtmlPublished/%d" % n),
-                "libxslt, compiled sheet", reference, 1.2)
+                "libxslt, compiled sheet", cpu(runs, "BM_Engine_LibxsltCompiled/%d" % n), 1.2)
         compare("UpdateHtml (design), %d images" % n, cpu(runs, "BM_Engine_UpdateHtmlDesign/%d" % n),
-                "libxslt, compiled sheet", reference, 1.2)
+                "libxslt, compiled sheet", cpu(runs, "BM_Engine_LibxsltCompiledDesign/%d" % n), 1.2)
     for family in ("GetHtmlPublished", "UpdateHtmlDesign"):
         compare("%s, 10,000 images" % family, cpu(runs, "BM_Engine_%s/10000" % family),
                 "same, 1,000 images", cpu(runs, "BM_Engine_%s/1000" % family), 11)
+    # The floor's own growth, for comparison.
+    compare("libxslt alone (published list), 10,000 images", cpu(runs, "BM_Engine_LibxsltCompiled/10000"),
+            "same, 1,000 images", cpu(runs, "BM_Engine_LibxsltCompiled/1000"))
     peak = extra.get("peak_kb", {})
     if "10000" in peak:
         rows.append(("peak memory, publishing 10,000 images", "%.1f MB" % (peak["10000"] / 1024.0), "target",
