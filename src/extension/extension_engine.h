@@ -165,6 +165,11 @@ private:
     bool useDiv_ = true;
     int renderMethod_ = 0;
     std::string htmlCache_;
+    // The gallery style sheet last decoded and the last one checked for
+    // reaching outside, kept while their texts stay the same: the design
+    // view makes the same gallery again and again.
+    std::string sheetEncoded_, sheetDecoded_, sheetChecked_;
+    bool sheetReachesOutside_ = false;
     std::string toolbarText_;
     CHashedStringMap values_;
     CXmlDocument siteStructure_;

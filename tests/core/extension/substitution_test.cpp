@@ -83,6 +83,15 @@ TEST_F(ImageListSubstitution, ListsThatCouldReachOutsideNestTooDeepOrCostTooMuch
         EXPECT_EQ(engine.GetHtml("pics"), "<div></div>");
         EXPECT_TRUE(xslt.calls.empty());
     }
+    // A value substituted into a style sheet already made once can make it
+    // reach outside.
+    engine.SetValue("$images$", WriteImageList({{"a.jpg"}}));
+    for (const char* flag : {"false", "<xsl:include href='x.xsl'/>"}) {
+        engine.SetValue("$flag$", flag);
+        xslt.calls.clear();
+        engine.UpdateHtml(0);
+        EXPECT_EQ(xslt.calls.size(), flag[0] == 'f' ? 1u : 0u) << flag;
+    }
 }
 
 TEST(Substitution, ReadsTheDefinitionTextNotLaterTreeChanges) {
