@@ -33,8 +33,8 @@ public:
     bool Read(std::string_view text) {
         elements_.reserve(text.size() / 32 + 1);  // a written list has about one element in 32 bytes
         elements_.emplace_back();
-        xml_scan::Scan(text, *this);
-        return !failed_ && !elements_[0].name.empty();
+        const bool whole = xml_scan::ScanElements(text, *this);
+        return whole && !failed_ && !elements_[0].name.empty();
     }
 
     // The rewrite of RewriteImageListForPage, written as GetXml writes.
@@ -79,26 +79,17 @@ public:
         if (!inSource) failed_ = true;
         elements_[current_].value = text;
     }
-    bool OnTag(int kind, std::string_view inner, bool plain) {
-        if (kind == 0 || kind == 2) {
-            std::string_view name, attributes;
-            xml_scan::SplitTag(inner, name, attributes);
-            if (!attributes.empty() || name.empty()) return Fail();
-            if (!plain) name = names_.emplace_back(name);
-            if (elements_[0].name.empty()) {
-                elements_[0].name = name;
-            } else {
-                if (depth_ == CXmlDocument::kMaxDepth || !IsXmlName(name) || IsFileNameField(current_)) return Fail();
-                ++depth_;
-                current_ = Append(current_, name);
-            }
-        }
-        if ((kind == 1 || kind == 2) && current_ != 0) {
-            current_ = elements_[current_].parent;
-            --depth_;
-        }
+    bool OnRoot(std::string_view name, std::string_view attributes, bool plain) {
+        if (!attributes.empty() || name.empty()) return Fail();
+        elements_[0].name = Kept(name, plain);
         return true;
     }
+    bool OnOpen(std::string_view name, std::string_view attributes, bool plain) {
+        if (!attributes.empty() || !IsXmlName(name) || IsFileNameField(current_)) return Fail();
+        current_ = Append(current_, Kept(name, plain));
+        return true;
+    }
+    void OnClose() { current_ = elements_[current_].parent; }
 
 private:
     struct Element {
@@ -110,6 +101,9 @@ private:
         failed_ = true;
         return false;
     }
+    // A name not lying in the list's text is in the scanner's scratch, which
+    // the next tag overwrites: such names are kept here.
+    std::string_view Kept(std::string_view name, bool plain) { return plain ? name : names_.emplace_back(name); }
     std::uint32_t Append(std::uint32_t parent, std::string_view name) {
         const auto index = static_cast<std::uint32_t>(elements_.size());
         elements_.push_back({name, {}, parent, kNone, kNone, kNone});
@@ -173,7 +167,6 @@ private:
     std::vector<Element> elements_;  // [0] is the root
     std::deque<std::string> names_;  // names not in the source text
     std::uint32_t current_ = 0;
-    int depth_ = 1;
     bool failed_ = false;
 };
 

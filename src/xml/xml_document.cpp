@@ -47,85 +47,44 @@ int CXmlDocument::ClassifyTag(std::string_view tag, std::string& inner) {
     return r;
 }
 
-namespace {
-
-using xml_scan::SplitTag;
-
-// Follows only the depth the parser's tree would have.
-struct DepthSink {
-    bool rootNamed = false;
-    bool truncated = false;
-    int depth = 1;
-    void OnValue(std::string_view, bool) {}
-    bool OnTag(int kind, std::string_view inner, bool) {
-        if (kind == 0 || kind == 2) {
-            std::string_view name, attributes;
-            SplitTag(inner, name, attributes);
-            if (!rootNamed) {
-                rootNamed = !name.empty();
-            } else if (depth == CXmlDocument::kMaxDepth) {
-                truncated = true;
-                return false;
-            } else {
-                ++depth;
-            }
-        }
-        if ((kind == 1 || kind == 2) && depth > 1) --depth;
-        return true;
-    }
-};
-
-}  // namespace
-
-// Builds the tree: a start tag opens an element, an end tag closes the
-// current one, an empty-element tag does both; each element's value is the
-// last text before a tag while it is the current one.
+// Builds the tree of the elements the scanner reports; each element's value
+// is the last text before a tag while it is the current one.
 struct CXmlDocument::TreeSink {
     CXmlDocument& document;
-    int depth = 1;  // of current_
     void OnValue(std::string_view text, bool inSource) { document.current_->SetParsedRawValue(text, inSource); }
-    bool OnTag(int kind, std::string_view inner, bool plain) {
-        CXmlElement& root = document.root_;
-        if (kind == 0 || kind == 2) {
-            std::string_view name, attributes;
-            SplitTag(inner, name, attributes);
-            if (root.GetName().empty()) {
-                // Merged into the root's map, which a new parse keeps.
-                root.SetName(name);
-                root.SetParsedAttributeText(attributes, plain);
-            } else if (depth == kMaxDepth) {
-                document.truncated_ = true;
-                return false;
-            } else {
-                ++depth;
-                auto element = std::make_unique<CXmlElement>();
-                element->SetParent(document.current_);
-                element->SetName(name);
-                element->SetParsedAttributeText(attributes, plain);
-                document.current_ = document.current_->AppendChild(std::move(element));
-            }
-        }
-        if ((kind == 1 || kind == 2) && document.current_->GetParent()) {
-            document.current_ = document.current_->GetParent();
-            --depth;
-        }
+    bool OnRoot(std::string_view name, std::string_view attributes, bool plain) {
+        // Merged into the root's map, which a new parse keeps.
+        document.root_.SetName(name);
+        document.root_.SetParsedAttributeText(attributes, plain);
         return true;
     }
+    bool OnOpen(std::string_view name, std::string_view attributes, bool plain) {
+        auto element = std::make_unique<CXmlElement>();
+        element->SetParent(document.current_);
+        element->SetName(name);
+        element->SetParsedAttributeText(attributes, plain);
+        document.current_ = document.current_->AppendChild(std::move(element));
+        return true;
+    }
+    void OnClose() { document.current_ = document.current_->GetParent(); }
 };
 
 int CXmlDocument::Parse(std::string_view text) {
     Clear();
     source_.assign(text.data(), text.size());
-    truncated_ = false;
     TreeSink sink{*this};
-    xml_scan::Scan(source_, sink);
+    truncated_ = !xml_scan::ScanElements(source_, sink);
     return 1;
 }
 
 bool CXmlDocument::NestsTooDeep(std::string_view text) {
-    DepthSink sink;
-    xml_scan::Scan(text, sink);
-    return sink.truncated;
+    struct Nothing {
+        void OnValue(std::string_view, bool) {}
+        bool OnRoot(std::string_view, std::string_view, bool) { return true; }
+        bool OnOpen(std::string_view, std::string_view, bool) { return true; }
+        void OnClose() {}
+    } nothing;
+    return !xml_scan::ScanElements(text, nothing);
 }
 
 std::string CXmlDocument::GetXml() {

@@ -149,4 +149,47 @@ void Scan(std::string_view source, Sink& sink) {
     }
 }
 
+// The elements the parser makes of source, on top of Scan: the first start
+// tag with a name names the root (one without a name tries again); every
+// later one opens a child of the current element, unless the tree is
+// CXmlDocument::kMaxDepth deep, where scanning stops; an end tag closes the
+// current element, never the root; an empty-element tag opens and closes.
+// Calls sink.OnValue(text, inSource) as Scan does, sink.OnRoot(name,
+// attributes, plain), sink.OnOpen(name, attributes, plain) and
+// sink.OnClose(); OnRoot and OnOpen may stop the scan by returning false.
+// Returns false when the tree was cut at the depth limit.
+template <class Sink>
+bool ScanElements(std::string_view source, Sink& sink) {
+    struct Structure {
+        Sink& sink;
+        bool rootNamed = false;
+        bool truncated = false;
+        int depth = 1;  // of the current element
+        void OnValue(std::string_view text, bool inSource) { sink.OnValue(text, inSource); }
+        bool OnTag(int kind, std::string_view inner, bool plain) {
+            if (kind == 0 || kind == 2) {
+                std::string_view name, attributes;
+                SplitTag(inner, name, attributes);
+                if (!rootNamed) {
+                    rootNamed = !name.empty();
+                    if (!sink.OnRoot(name, attributes, plain)) return false;
+                } else if (depth == CXmlDocument::kMaxDepth) {
+                    truncated = true;
+                    return false;
+                } else {
+                    ++depth;
+                    if (!sink.OnOpen(name, attributes, plain)) return false;
+                }
+            }
+            if ((kind == 1 || kind == 2) && depth > 1) {
+                --depth;
+                sink.OnClose();
+            }
+            return true;
+        }
+    } structure{sink};
+    Scan(source, structure);
+    return !structure.truncated;
+}
+
 }  // namespace xml_scan
