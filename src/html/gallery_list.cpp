@@ -20,6 +20,14 @@ std::string PageFolderUrl(std::string_view pageContext, const NameToUtf8Fn& toUt
     return UrlPathOf(toUtf8(pageContext)) + '/';
 }
 
+// Appends the URL of the picture a FILENAME names, as published; a URL path
+// holds nothing that needs escaping as an element value.
+void AppendPublishedUrl(std::string& out, const std::string& folder, std::string_view fileName,
+                        const NameToUtf8Fn& toUtf8) {
+    out += folder;
+    out += UrlPathOf(toUtf8(PublishedFileName(fileName)));
+}
+
 // The usual image list, read into a flat array of its elements in one pass
 // of the parser's scanner: the tree the parser would build, for lists in
 // which cleaning up would change nothing. Gives up (and the list goes
@@ -62,10 +70,8 @@ public:
                 if (fileName.find('&') != std::string_view::npos)
                     fileName = unescaped = CXmlDocument::Unescape(fileName);
             }
-            // A URL path holds nothing that needs escaping.
             const std::size_t start = urls.size();
-            urls += folder;
-            urls += UrlPathOf(toUtf8(PublishedFileName(fileName)));
+            AppendPublishedUrl(urls, folder, fileName, toUtf8);
             values.push_back({field, start, urls.size()});
         }
         for (const NewValue& v : values)
@@ -179,8 +185,9 @@ std::string RewriteImageListForPage(CXmlDocument& list, std::string_view pageCon
     for (std::size_t i = 0; i < root->GetChildCount(); ++i) {
         CXmlElement* image = root->GetChild(i);
         if (!ascii::EqualsNoCase(image->GetName(), "IMAGE")) continue;
-        std::string fileName = list.GetChildValue(image, "FILENAME");
-        list.SetChildValue(image, "FILENAME", folder + UrlPathOf(toUtf8(PublishedFileName(fileName))), std::nullopt);
+        std::string url;
+        AppendPublishedUrl(url, folder, list.GetChildValue(image, "FILENAME"), toUtf8);
+        list.SetChildValue(image, "FILENAME", url, std::nullopt);
     }
     return list.GetXml();
 }
