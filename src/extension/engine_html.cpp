@@ -134,19 +134,12 @@ std::string CExtensionEngine::GetGalleryCode(const CXmlElement& property, std::s
         rewritten = std::move(*forPage);
     }
     std::string_view list = keepPaths ? value : std::string_view(rewritten);
-    std::string_view encoded = property.GetAttributeView("gallerytemplate");
-    if (encoded != sheetEncoded_ || sheetEncoded_.empty()) {
-        sheetEncoded_.assign(encoded.data(), encoded.size());
-        sheetDecoded_ = Base64DecodeOrKeep(encoded);
-    }
-    std::string stylesheet = sheetDecoded_;
-    ReplaceVariables(stylesheet);  // may make other galleries, and change the members
+    // A copy: substitution may make other galleries, which use the memo too.
+    std::string stylesheet = decodedSheet_.Get(property.GetAttributeView("gallerytemplate"), Base64DecodeOrKeep);
+    ReplaceVariables(stylesheet);
     // Whatever the transformer's own settings, a gallery never reads the
     // user's files or reaches the network.
-    if (stylesheet != sheetChecked_ || sheetChecked_.empty()) {
-        sheetChecked_ = stylesheet;
-        sheetReachesOutside_ = StylesheetReachesOutside(stylesheet);
-    }
-    if (sheetReachesOutside_ || DeclaresDocumentType(value)) return std::string();
+    if (sheetReachesOutside_.Get(stylesheet, StylesheetReachesOutside) || DeclaresDocumentType(value))
+        return std::string();
     return StripXmlDeclaration(services_.transformer->Transform(list, stylesheet));
 }

@@ -21,6 +21,7 @@
 
 #include "extension/project_record.h"
 #include "extension/publish_plan.h"
+#include "extension/text_memo.h"
 #include "xml/hashed_string_map.h"
 #include "xml/xml_document.h"
 
@@ -165,11 +166,10 @@ private:
     bool useDiv_ = true;
     int renderMethod_ = 0;
     std::string htmlCache_;
-    // The gallery style sheet last decoded and the last one checked for
-    // reaching outside, kept while their texts stay the same: the design
-    // view makes the same gallery again and again.
-    std::string sheetEncoded_, sheetDecoded_, sheetChecked_;
-    bool sheetReachesOutside_ = false;
+    // The gallery style sheet last decoded, and whether the last one
+    // substituted reaches outside.
+    CTextMemo<std::string> decodedSheet_;
+    CTextMemo<bool> sheetReachesOutside_;
     std::string toolbarText_;
     CHashedStringMap values_;
     CXmlDocument siteStructure_;
