@@ -77,11 +77,12 @@ public:
     Converter& operator=(const Converter&) = delete;
     bool ok() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
 
-    std::string Convert(std::string_view text) {
-        // Plain ASCII passes unchanged, without iconv, between UTF-8 and any
-        // code page that holds ASCII as it is (checked once, above).
-        if (asciiSame_ && IsAscii(text)) return std::string(text);
-        return ConvertWithIconv(text);
+    // The text converted, in storage unless it passes unchanged: plain
+    // ASCII does, without iconv and without a copy, between UTF-8 and any
+    // code page that holds ASCII as it is (checked once, above).
+    std::string_view Convert(std::string_view text, std::string& storage) {
+        if (asciiSame_ && IsAscii(text)) return text;
+        return storage = ConvertWithIconv(text);
     }
     void SetUtf8Input() { utf8Input_ = true; }
 
@@ -143,15 +144,6 @@ struct ContextFree {
     void operator()(xsltTransformContextPtr c) const { xsltFreeTransformContext(c); }
 };
 
-constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
-
-// Parses UTF-8 text whatever its declaration says, without network,
-// external entities or DTD loading.
-xmlDocPtr ParseUtf8(const std::string& text) {
-    if (text.size() > static_cast<std::size_t>(INT32_MAX)) return nullptr;
-    return xmlReadMemory(text.data(), static_cast<int>(text.size()), "memory:", "UTF-8", kParseOptions);
-}
-
 bool IsBlankText(const xmlChar* text) {
     for (; text && *text; ++text)
         if (*text != ' ' && *text != '\t' && *text != '\r' && *text != '\n') return false;
@@ -205,25 +197,31 @@ void Reference(void* c, const xmlChar* name) {
     xmlSAX2Reference(c, name);
 }
 
-// Parses a list as ParseUtf8 does, without the text nodes of blanks only.
-xmlDocPtr Parse(const std::string& text) {
+}  // namespace list_loading
+
+enum class Blanks { kKeep, kDropAsAList };
+
+// Parses UTF-8 text whatever its declaration says, without network,
+// external entities or DTD loading; a list without its text nodes of
+// blanks only (see list_loading).
+xmlDocPtr ParseUtf8(std::string_view text, Blanks blanks) {
     if (text.size() > static_cast<std::size_t>(INT32_MAX)) return nullptr;
     xmlParserCtxtPtr context = xmlNewParserCtxt();
     if (!context) return nullptr;
-    xmlSAXHandlerPtr sax = context->sax;
-    sax->startElementNs = StartElement;
-    sax->endElementNs = EndElement;
-    sax->comment = Comment;
-    sax->processingInstruction = ProcessingInstruction;
-    sax->cdataBlock = CdataBlock;
-    sax->reference = Reference;
-    xmlDocPtr document =
-        xmlCtxtReadMemory(context, text.data(), static_cast<int>(text.size()), "memory:", "UTF-8", kParseOptions);
+    if (blanks == Blanks::kDropAsAList) {
+        xmlSAXHandlerPtr sax = context->sax;
+        sax->startElementNs = list_loading::StartElement;
+        sax->endElementNs = list_loading::EndElement;
+        sax->comment = list_loading::Comment;
+        sax->processingInstruction = list_loading::ProcessingInstruction;
+        sax->cdataBlock = list_loading::CdataBlock;
+        sax->reference = list_loading::Reference;
+    }
+    xmlDocPtr document = xmlCtxtReadMemory(context, text.data(), static_cast<int>(text.size()), "memory:", "UTF-8",
+                                           XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     xmlFreeParserCtxt(context);
     return document;
 }
-
-}  // namespace list_loading
 
 class CLibxsltTransformer : public CXsltTransformer {
 public:
@@ -237,7 +235,8 @@ public:
         std::lock_guard<std::mutex> lock(mutex_);
         xsltSecurityPrefsPtr prefs = SharedSecurityPrefs();
 
-        std::unique_ptr<xmlDoc, DocFree> list(list_loading::Parse(toUtf8_.Convert(listXml)));
+        std::string converted;
+        std::unique_ptr<xmlDoc, DocFree> list(ParseUtf8(toUtf8_.Convert(listXml, converted), Blanks::kDropAsAList));
         if (!list) return std::string();
         xsltStylesheetPtr compiled = Compiled(stylesheet);
         if (!compiled) return std::string();
@@ -258,10 +257,12 @@ public:
         int length = 0;
         if (xsltSaveResultToString(&bytes, &length, result.get(), compiled) != 0) return std::string();
         result.reset();
-        std::string out =
-            bytes
-                ? fromUtf8_.Convert(std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)))
-                : std::string();
+        std::string out;
+        if (bytes) {
+            std::string_view text = fromUtf8_.Convert(
+                std::string_view(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)), out);
+            if (text.data() != out.data()) out.assign(text);  // unchanged: copied out of libxml2's buffer
+        }
         xmlFree(bytes);
         return out;
     }
@@ -276,7 +277,8 @@ private:
         cached_.reset();
         cacheValid_ = false;
         cachedText_.assign(stylesheet);
-        xmlDocPtr styleDoc = ParseUtf8(toUtf8_.Convert(stylesheet));
+        std::string converted;
+        xmlDocPtr styleDoc = ParseUtf8(toUtf8_.Convert(stylesheet, converted), Blanks::kKeep);
         if (styleDoc) {
             // The compiled style sheet owns styleDoc from here on, when it compiles.
             std::unique_ptr<xsltStylesheet, StyleFree> style(xsltParseStylesheetDoc(styleDoc));
@@ -317,7 +319,8 @@ bool LibxsltCompiles(std::string_view stylesheet, const std::string& codePage) {
     SharedSecurityPrefs();
     Converter toUtf8("UTF-8", codePage.c_str());
     if (!toUtf8.ok()) return false;
-    xmlDocPtr styleDoc = ParseUtf8(toUtf8.Convert(stylesheet));
+    std::string converted;
+    xmlDocPtr styleDoc = ParseUtf8(toUtf8.Convert(stylesheet, converted), Blanks::kKeep);
     if (!styleDoc) return false;
     std::unique_ptr<xsltStylesheet, StyleFree> style(xsltParseStylesheetDoc(styleDoc));
     if (!style) {
