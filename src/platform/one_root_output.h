@@ -9,9 +9,9 @@
 // The wrapper starts with a text, and the component never indents inside an
 // element that holds text, while at the top level it may. So taking the
 // wrapper off gives exactly the text of the style sheet as given for output
-// of a flat shape: text and elements without element children. Anything else, for example an element
-// inside an element, is refused, and the transformer then runs the style
-// sheet as given.
+// of a flat shape: text and elements without element children. Anything
+// else, for example an element inside an element, is refused, and the
+// transformer then runs the style sheet as given.
 #include <optional>
 #include <string>
 #include <string_view>
