@@ -5,6 +5,8 @@
 // forbid reading, writing and creating anything.
 #include "platform/libxslt_transformer.h"
 
+#include "platform/libxslt_result_writer.h"
+
 #include <iconv.h>
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -15,7 +17,9 @@
 #include <libxslt/xsltInternals.h>
 #include <libxslt/xsltutils.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <mutex>
 
 namespace {
@@ -201,6 +205,21 @@ void Reference(void* c, const xmlChar* name) {
 
 enum class Blanks { kKeep, kDropAsAList };
 
+// The parser reads the text through this, a piece at a time: given the
+// whole text at once, libxml2 copies it, and then converts the copy to
+// UTF-8 into another buffer, three copies of the list in all.
+struct PieceReader {
+    std::string_view rest;
+
+    static int Read(void* reader, char* buffer, int length) {
+        std::string_view& rest = static_cast<PieceReader*>(reader)->rest;
+        const std::size_t count = std::min(rest.size(), static_cast<std::size_t>(length < 0 ? 0 : length));
+        std::memcpy(buffer, rest.data(), count);
+        rest.remove_prefix(count);
+        return static_cast<int>(count);
+    }
+};
+
 // Parses UTF-8 text whatever its declaration says, without network,
 // external entities or DTD loading; a list without its text nodes of
 // blanks only (see list_loading).
@@ -217,8 +236,9 @@ xmlDocPtr ParseUtf8(std::string_view text, Blanks blanks) {
         sax->cdataBlock = list_loading::CdataBlock;
         sax->reference = list_loading::Reference;
     }
-    xmlDocPtr document = xmlCtxtReadMemory(context, text.data(), static_cast<int>(text.size()), "memory:", "UTF-8",
-                                           XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+    PieceReader reader{text};
+    xmlDocPtr document = xmlCtxtReadIO(context, PieceReader::Read, nullptr, &reader, "memory:", "UTF-8",
+                                       XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     xmlFreeParserCtxt(context);
     return document;
 }
@@ -243,8 +263,11 @@ public:
 
         std::unique_ptr<xsltTransformContext, ContextFree> context(xsltNewTransformContext(compiled, list.get()));
         if (!context || xsltSetCtxtSecurityPrefs(prefs, context.get()) != 0) return std::string();
-        std::unique_ptr<xmlDoc, DocFree> result(
-            xsltApplyStylesheetUser(compiled, list.get(), nullptr, nullptr, nullptr, context.get()));
+        std::unique_ptr<xmlDoc, DocFree> result;
+        {
+            CResultWriter writer(context.get());
+            result.reset(xsltApplyStylesheetUser(compiled, list.get(), nullptr, nullptr, nullptr, context.get()));
+        }
         if (!result || context->state != XSLT_STATE_OK) return std::string();
         // The result tree holds copies (its texts are its own or in the
         // context's dictionary, which it keeps a reference to): the list's

@@ -1,0 +1,114 @@
+// A result whose finished parts were written ahead saves to the same text as
+// the whole tree, for every kind of node and output; and only the outputs
+// that allow it are written ahead.
+#include <gtest/gtest.h>
+
+#if defined(PW_HAVE_LIBXSLT)
+
+#include <libxslt/transform.h>
+#include <libxslt/xsltutils.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/libxslt_result_writer.h"
+
+namespace {
+
+int CountNodes(xmlNodePtr node) {
+    int count = 0;
+    for (; node; node = node->next) count += 1 + CountNodes(node->children);
+    return count;
+}
+
+// The saved text and the number of nodes in the result tree; `period` 0
+// transforms without a writer.
+std::pair<std::string, int> Transform(const std::string& sheet, const std::string& list, int period) {
+    xsltStylesheetPtr style =
+        xsltParseStylesheetDoc(xmlReadMemory(sheet.data(), static_cast<int>(sheet.size()), "", nullptr, XML_PARSE_NOERROR));
+    xmlDocPtr doc = xmlReadMemory(list.data(), static_cast<int>(list.size()), "", nullptr, 0);
+    if (!style || !doc) return {};
+    xsltTransformContextPtr context = xsltNewTransformContext(style, doc);
+    xmlDocPtr result;
+    {
+        std::optional<CResultWriter> writer;
+        if (period) writer.emplace(context, period);
+        result = xsltApplyStylesheetUser(style, doc, nullptr, nullptr, nullptr, context);
+    }
+    std::pair<std::string, int> out;
+    xmlChar* bytes = nullptr;
+    int length = 0;
+    if (result && xsltSaveResultToString(&bytes, &length, result, style) == 0 && bytes)
+        out = {std::string(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)),
+               CountNodes(result->children)};
+    xmlFree(bytes);
+    xmlFreeDoc(result);
+    xsltFreeTransformContext(context);
+    xmlFreeDoc(doc);
+    xsltFreeStylesheet(style);
+    return out;
+}
+
+std::string Sheet(const std::string& output, const std::string& rootTemplate) {
+    return "<xsl:stylesheet version=\"1.0\" xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\">" + output +
+           "<xsl:template match=\"/\">" + rootTemplate + "</xsl:template></xsl:stylesheet>";
+}
+
+}  // namespace
+
+TEST(ResultWriter, WritesAheadOnlyWhatSavesTheSame) {
+    std::string list = "<L>";
+    for (int i = 0; i < 200; ++i) {
+        std::string n = std::to_string(i);
+        list += "<I n=\"" + n + "\" t=\"Caf&#xE9; &amp; &lt;" + n + "&gt; &quot;\">text " + n + " &#x20AC;</I>";
+    }
+    list += "</L>";
+    // Every kind of node, namespaces, an xml:id, a variable's value copied in,
+    // attribute and comment texts built from instructions.
+    const std::string items =
+        "<xsl:for-each select=\"L/I\"><p:item xml:id=\"i{@n}\" n=\"{@n}\">"
+        "<xsl:attribute name=\"t\"><xsl:value-of select=\"@t\"/><xsl:comment/><xsl:value-of select=\"@n\"/>"
+        "</xsl:attribute><xsl:value-of select=\".\"/>"
+        "<code><xsl:value-of select=\"@t\"/></code><xsl:comment><xsl:value-of select=\"@n\"/></xsl:comment>"
+        "<xsl:processing-instruction name=\"pi\">x</xsl:processing-instruction>"
+        "<xsl:text disable-output-escaping=\"yes\">&lt;raw/&gt;</xsl:text>"
+        "<xsl:variable name=\"v\"><v><xsl:value-of select=\"@t\"/></v><w/><x/></xsl:variable>"
+        "<xsl:copy-of select=\"$v\"/><xsl:value-of select=\"$v\"/>"
+        "<xsl:element name=\"e\" namespace=\"urn:e\"><xsl:copy-of select=\".\"/></xsl:element>"
+        "</p:item>text <xsl:value-of select=\"@n\"/></xsl:for-each>";
+    const std::string nested = "<root xmlns:p=\"urn:p\">" + items + "</root>";
+    // Elements at the top level, with texts and comments between them.
+    const std::string topLevel =
+        "<xsl:for-each select=\"L/I\"><img src=\"{@n}\" alt=\"{@t}\"/>"
+        "<xsl:if test=\"@n mod 25 = 0\"><xsl:comment>c</xsl:comment></xsl:if>"
+        "<xsl:if test=\"@n mod 40 = 0\">t</xsl:if></xsl:for-each>";
+    const struct {
+        std::string sheet;
+        bool writtenAhead;
+    } cases[] = {
+        {Sheet("<xsl:output method=\"xml\" indent=\"yes\"/>", topLevel), true},
+        {Sheet("<xsl:output method=\"xml\" cdata-section-elements=\"code\"/>", nested), true},
+        {Sheet("<xsl:output doctype-system=\"list.dtd\"/>", nested), true},
+        {Sheet("<xsl:output method=\"xml\" indent=\"yes\"/>", nested), false},
+        {Sheet("<xsl:output method=\"xml\" encoding=\"ISO-8859-1\"/>", nested), false},
+        {Sheet("", "<HTML><body>" + items + "</body></HTML>"), false},
+        {Sheet("<xsl:output method=\"html\"/>", nested), false},
+        {Sheet("<xsl:output method=\"text\"/>", nested), false},
+    };
+    for (const auto& c : cases) {
+        auto whole = Transform(c.sheet, list, 0);
+        ASSERT_GT(whole.first.size(), 1000u) << c.sheet;
+        for (int period : {1, 3, 64}) {
+            auto ahead = Transform(c.sheet, list, period);
+            EXPECT_EQ(ahead.first, whole.first) << c.sheet << " every " << period;
+            if (!c.writtenAhead) {
+                EXPECT_EQ(ahead.second, whole.second) << c.sheet;
+            } else if (period == 64) {
+                EXPECT_LT(ahead.second, whole.second / 2) << c.sheet;
+            }
+        }
+    }
+}
+
+#endif
