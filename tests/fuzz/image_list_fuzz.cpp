@@ -1,10 +1,13 @@
 // Image lists: any list text is rewritten for a page without harm, in one
-// pass or through the tree alike, and a list the Files dialog writes reads
-// back with one IMAGE per picture.
+// pass or through the tree alike, and a list the Files dialog writes is the
+// text of its tree and reads back with one IMAGE per picture.
 #include "html/gallery_list.h"
 #include "html/image_list.h"
 #include "html/published_names.h"
 #include "fuzz_services.h"
+
+#include <utility>
+
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
 
@@ -30,6 +33,22 @@ std::size_t CountImages(CXmlDocument& list) {
     return images;
 }
 
+// The list as the tree of its elements writes it: WriteImageList must give
+// the same text.
+std::string WrittenAsATree(const std::vector<ImageListEntry>& images) {
+    CXmlDocument list;
+    CXmlElement* root = list.GetRoot();
+    root->SetName("GALLERY");
+    for (const ImageListEntry& entry : images) {
+        CXmlElement* image = list.AddChild(root, "IMAGE", std::nullopt, std::nullopt);
+        for (const auto& [name, text] : {std::pair<const char*, const std::string&>{"FILENAME", entry.fileName},
+                                         {"URL", entry.link}, {"TARGET", entry.target}, {"TITLE", entry.title},
+                                         {"DESCRIPTION", entry.description}})
+            if (!text.empty()) list.AddChild(image, name, text, std::nullopt);
+    }
+    return list.GetXml();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -47,11 +66,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         e.fileName = in.ConsumeRandomLengthString(256);
         e.title = in.ConsumeRandomLengthString(64);
         e.link = in.ConsumeRandomLengthString(64);
+        e.description = in.ConsumeRandomLengthString(64);
         PublishedFileName(e.fileName);
         entries.push_back(e);
     }
+    const std::string list = WriteImageList(entries);
+    Require(list == WrittenAsATree(entries));
     CXmlDocument written;
-    written.Parse(RequireSameRewrite(WriteImageList(entries), context));
+    written.Parse(RequireSameRewrite(list, context));
     Require(CountImages(written) == entries.size());
     return 0;
 }
