@@ -38,27 +38,42 @@ bool CExtensionEngine::ReplacementFor(const CXmlElement& property, const std::st
     PropertyRule rule = ReadPropertyRule(property);
     variable = std::move(rule.variable);
     if (!ContainsVariable(text, variable)) return false;
+    if (rule.type == PropertyType::kImageList) {
+        replacement = GalleryFor(property, variable, keepPaths);
+        return true;
+    }
     replacement = CurrentValueOf(property);
     switch (rule.type) {
         case PropertyType::kColor: replacement = ApplyColorType(replacement, property.GetAttribute("colortype")); break;
         case PropertyType::kFile:
             if (reduceFiles) replacement = std::string(PublishedFileName(replacement));
             break;
-        case PropertyType::kImageList: {
-            // A value or style sheet that mentions the variable being
-            // expanded would expand forever; it gets no markup instead.
-            if (std::find(expanding_.begin(), expanding_.end(), variable) != expanding_.end()) {
-                replacement.clear();
-                break;
-            }
-            ExpansionMark mark(expanding_, variable);
-            ReplaceVariables(replacement);
-            replacement = GetGalleryCode(property, replacement, keepPaths);
-            break;
-        }
         default: break;
     }
     return true;
+}
+
+std::string CExtensionEngine::GalleryFor(const CXmlElement& property, const std::string& variable, int keepPaths) {
+    // A value or style sheet that mentions the variable being expanded
+    // would expand forever; it gets no markup instead.
+    if (std::find(expanding_.begin(), expanding_.end(), variable) != expanding_.end()) return std::string();
+    ExpansionMark mark(expanding_, variable);
+    // A stored list is read where it stands unless variables in it are to be
+    // replaced: with 10,000 pictures it is over a megabyte.
+    const std::string* stored = StoredValueOf(property);
+    if (stored && !MentionsAVariable(*stored)) return GetGalleryCode(property, *stored, keepPaths);
+    std::string list = CurrentValueOf(property);
+    ReplaceVariables(list);
+    return GetGalleryCode(property, list, keepPaths);
+}
+
+bool CExtensionEngine::MentionsAVariable(std::string_view text) {
+    bool mentions = false;
+    if (text.empty()) return mentions;
+    ForEachProperty(*SourceCopy().GetRoot(), [&](const CXmlElement& property) {
+        if (!mentions) mentions = ContainsVariable(text, ReadPropertyRule(property).variable);
+    });
+    return mentions;
 }
 
 void CExtensionEngine::Replace(std::string& text, const std::string& variable, const std::string& replacement) {
