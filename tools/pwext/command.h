@@ -9,7 +9,7 @@ namespace pwext {
 
 using Args = std::vector<std::string>;
 // Returns the process exit code. Throws UsageError or Failure for errors.
-using CommandFn = int (*)(const Args& args);
+using CommandFn = int (*)(Args args);
 
 struct Command {
     const char* name;     // first word on the command line, e.g. "xml"

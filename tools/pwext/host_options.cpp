@@ -32,7 +32,7 @@ HostOptions TakeHostOptions(Args& args, const std::string& command) {
     HostOptions options;
     Args rest;
     for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
+        std::string& a = args[i];
         if (a == "--definition") {
             options.definitionFile = OptionValue(args, i, command);
         } else if (a == "--record") {
@@ -47,9 +47,10 @@ HostOptions TakeHostOptions(Args& args, const std::string& command) {
             options.sets.emplace_back(assignment.substr(0, equals), assignment.substr(equals + 1));
         } else if (a == "--images") {
             options.haveImages = true;
-            while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0) options.images.push_back(args[++i]);
+            while (i + 1 < args.size() && args[i + 1].rfind("--", 0) != 0)
+                options.images.push_back(std::move(args[++i]));
         } else {
-            rest.push_back(a);
+            rest.push_back(std::move(a));
         }
     }
     args.swap(rest);
@@ -119,6 +120,7 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
         std::string variable = FirstImageListVariable(*engine_);
         if (variable.empty()) throw Failure{"--images: the definition has no image-list property"};
         std::vector<ImageListEntry> images;
+        images.reserve(options.images.size());
         for (const std::string& path : options.images) {
             ImageListEntry entry;
             entry.fileName = path;
@@ -135,9 +137,8 @@ Host::Host(const HostOptions& options, std::unique_ptr<CFileSystem> fileSystem)
     // gallery in the plug-in; here it is an error.
     ForEachProperty(*engine_->GetDefinition().GetRoot(), [this](const CXmlElement& property) {
         if (ReadPropertyRule(property).type != PropertyType::kImageList) return;
-        CXmlDocument list;
-        list.Parse(engine_->CurrentValueOf(property));
-        RequireWholeDocument(list, "the image list of " + ReadPropertyRule(property).variable);
+        if (CXmlDocument::NestsTooDeep(engine_->CurrentValueOf(property)))
+            throw TooDeep("the image list of " + ReadPropertyRule(property).variable);
     });
     engine_->UpdateHtml(0);
 }

@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "command.h"
 
@@ -53,7 +54,7 @@ int main(int argc, char** argv) {
     for (const auto& c : pwext::Commands()) {
         if (name != c.name) continue;
         try {
-            return c.run(args);
+            return c.run(std::move(args));
         } catch (const pwext::UsageError& e) {
             std::cerr << "pwext: " << e.message << "\n";
             return 2;

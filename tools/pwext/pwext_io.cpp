@@ -42,9 +42,12 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
     if (FileResult written = WriteFileSafely(path, bytes); !written) throw Failure{written.why()};
 }
 
+Failure TooDeep(const std::string& what) {
+    return Failure{what + ": elements nest deeper than " + std::to_string(CXmlDocument::kMaxDepth) + " levels"};
+}
+
 void RequireWholeDocument(const CXmlDocument& document, const std::string& what) {
-    if (document.IsTruncated())
-        throw Failure{what + ": elements nest deeper than " + std::to_string(CXmlDocument::kMaxDepth) + " levels"};
+    if (document.IsTruncated()) throw TooDeep(what);
 }
 
 std::string JsonLatin1(std::string_view bytes) {

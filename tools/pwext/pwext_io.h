@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "command.h"
 #include "xml/xml_document.h"
 
 namespace pwext {
@@ -16,8 +17,9 @@ void WriteOutput(std::string_view bytes);
 // saying why it failed.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
 
-// Throws Failure when document's parse stopped at the nesting limit, naming
-// what the document is.
+// The failure of a document (named by what) whose elements nest deeper
+// than the XML model reads; thrown when document's parse stopped there.
+Failure TooDeep(const std::string& what);
 void RequireWholeDocument(const CXmlDocument& document, const std::string& what);
 
 // JSON string literal in which every byte becomes the code point of the same

@@ -29,7 +29,7 @@ int ParseCapacity(const std::string& text) {
     return static_cast<int>(negative ? -value : value);
 }
 
-int RunBase64(const Args& args) {
+int RunBase64(Args args) {
     if (args.empty() || args[0] != "decode")
         throw UsageError{"usage: pwext base64 decode [--capacity N] [--json] [FILE|-]"};
     bool json = false, haveCapacity = false;

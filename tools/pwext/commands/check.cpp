@@ -49,7 +49,7 @@ namespace {
 
 const char kUsage[] = "usage: pwext check [--definition FILE] [--json]";
 
-int RunCheck(const Args& args) {
+int RunCheck(Args args) {
     std::string file;
     bool json = false;
     for (std::size_t i = 0; i < args.size(); ++i) {

@@ -7,7 +7,7 @@
 namespace pwext {
 namespace {
 
-int RunDefinition(const Args& args) {
+int RunDefinition(Args args) {
     if (!args.empty()) throw UsageError{"usage: pwext definition (prints the built-in definition)"};
     WriteOutput(BuiltinDefinition());
     return 0;

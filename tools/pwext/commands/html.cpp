@@ -8,8 +8,7 @@ namespace {
 
 const char kUsage[] = "usage: pwext html body|head|tail [--publish] [--context TEXT] [host options]";
 
-int RunHtml(const Args& arguments) {
-    Args args = arguments;
+int RunHtml(Args args) {
     HostOptions options = TakeHostOptions(args, "html");
     if (args.empty()) throw UsageError{kUsage};
     const std::string part = args[0];

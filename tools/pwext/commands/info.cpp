@@ -114,7 +114,7 @@ std::string Summary(CXmlDocument& document) {
     return out;
 }
 
-int RunInfo(const Args& args) {
+int RunInfo(Args args) {
     std::string file;
     for (std::size_t i = 0; i < args.size(); ++i) {
         if (args[i] == "--definition" && i + 1 < args.size() && file.empty()) {

@@ -6,8 +6,7 @@
 namespace pwext {
 namespace {
 
-int RunLinks(const Args& arguments) {
-    Args args = arguments;
+int RunLinks(Args args) {
     HostOptions options = TakeHostOptions(args, "links");
     std::vector<std::pair<int, std::string>> rewrites;
     for (std::size_t i = 0; i < args.size(); ++i) {

@@ -26,7 +26,7 @@ std::vector<int> ManifestLines(const std::string& folder) {
     return lines;
 }
 
-int RunPack(const Args& args) {
+int RunPack(Args args) {
     const char* usage = "usage: pwext pack FOLDER [-o FILE]";
     std::string folder, output;
     for (std::size_t i = 0; i < args.size(); ++i) {

@@ -310,8 +310,7 @@ std::string Screenshot(const std::string& page, const Size& size, unsigned long 
 
 #endif
 
-int RunPreview(const Args& arguments) {
-    Args args = arguments;
+int RunPreview(Args args) {
     HostOptions options = TakeHostOptions(args, "preview");
     std::string out;
     Size size;

@@ -143,8 +143,7 @@ void CheckPlan(const PublishPlan& plan) {
     }
 }
 
-int RunPublish(const Args& arguments) {
-    Args args = arguments;
+int RunPublish(Args args) {
     HostOptions options = TakeHostOptions(args, "publish");
     std::vector<std::string> folders;
     std::string page, context;

@@ -43,8 +43,7 @@ int Read(const Args& args) {
     return 0;
 }
 
-int RunRecord(const Args& arguments) {
-    Args args = arguments;
+int RunRecord(Args args) {
     HostOptions options = TakeHostOptions(args, "record");
     if (args.empty()) throw UsageError{kUsage};
     if (args[0] == "write") return Write(args, options);

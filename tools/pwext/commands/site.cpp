@@ -6,8 +6,7 @@
 namespace pwext {
 namespace {
 
-int RunSite(const Args& arguments) {
-    Args args = arguments;
+int RunSite(Args args) {
     HostOptions options = TakeHostOptions(args, "site");
     std::string file, page;
     bool byName = false, current = false;

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-int RunUnpack(const Args& args) {
+int RunUnpack(Args args) {
     if (args.size() != 2) throw UsageError{"usage: pwext unpack FILE FOLDER (FILE may be '-' for standard input)"};
     const std::string& file = args[0];
     const fs::path folder(args[1]);

@@ -51,7 +51,7 @@ std::string TreeAsJson(CXmlElement* root) {
     return out;
 }
 
-int RunXml(const Args& args) {
+int RunXml(Args args) {
     if (args.empty()) throw UsageError{"usage: pwext xml print|json|escape [--quotes] [FILE|-]"};
     const std::string& action = args[0];
     bool quotes = false;
