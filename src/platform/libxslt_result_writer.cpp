@@ -63,12 +63,19 @@ void CResultWriter::WriteFinishedNodes() {
     const xmlChar* method = nullptr;
     const xmlChar* methodURI = nullptr;
     const xmlChar* encoding = nullptr;
+    const xmlChar* doctypePublic = nullptr;
+    const xmlChar* doctypeSystem = nullptr;
     int indent = -1;
     XSLT_GET_IMPORT_PTR(method, style, method)
     XSLT_GET_IMPORT_PTR(methodURI, style, methodURI)
     XSLT_GET_IMPORT_PTR(encoding, style, encoding)
+    XSLT_GET_IMPORT_PTR(doctypePublic, style, doctypePublic)
+    XSLT_GET_IMPORT_PTR(doctypeSystem, style, doctypeSystem)
     XSLT_GET_IMPORT_INT(indent, style, indent)
     if (methodURI || (method && !xmlStrEqual(method, BAD_CAST "xml"))) return;
+    // An XHTML document type, added when the transformation ends, has the
+    // save write every node the XHTML way.
+    if ((doctypePublic || doctypeSystem) && xmlIsXHTML(doctypeSystem, doctypePublic)) return;
     // Another encoding converts at the save, with character references for
     // what it cannot hold; UTF-8 writes each text as it stands.
     if (encoding && xmlStrcasecmp(encoding, BAD_CAST "UTF-8") != 0) return;

@@ -12,10 +12,11 @@
 //
 // Only nodes whose text cannot depend on what comes after them are written
 // ahead: those of the XML output method (named, or the default when the
-// root element is not "html"); below the top level, only when the output is
-// not indented (an indented element lays out its children by what they all
-// are). Everything else is left whole, as are nodes being built anywhere
-// but in the result (a variable's value, an attribute's text).
+// root element is not "html"), in UTF-8 and with no XHTML document type;
+// below the top level, only when the output is not indented (an indented
+// element lays out its children by what they all are). Everything else is
+// left whole, as are nodes being built anywhere but in the result (a
+// variable's value, an attribute's text).
 #include <libxslt/xsltInternals.h>
 
 class CResultWriter {

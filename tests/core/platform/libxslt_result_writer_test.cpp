@@ -91,6 +91,10 @@ TEST(ResultWriter, WritesAheadOnlyWhatSavesTheSame) {
         {Sheet("<xsl:output method=\"xml\" cdata-section-elements=\"code\"/>", nested), true},
         {Sheet("<xsl:output doctype-system=\"list.dtd\"/>", nested), true},
         {Sheet("<xsl:output method=\"xml\" indent=\"yes\"/>", nested), false},
+        {Sheet("<xsl:output doctype-public=\"-//W3C//DTD XHTML 1.0 Strict//EN\" "
+               "doctype-system=\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-strict.dtd\"/>",
+               nested),
+         false},
         {Sheet("<xsl:output method=\"xml\" encoding=\"ISO-8859-1\"/>", nested), false},
         {Sheet("", "<HTML><body>" + items + "</body></HTML>"), false},
         {Sheet("<xsl:output method=\"html\"/>", nested), false},
