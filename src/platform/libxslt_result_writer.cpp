@@ -57,9 +57,13 @@ void CResultWriter::OnNodeCreated(xmlNodePtr node) {
 }
 
 void CResultWriter::WriteFinishedNodes() {
+    // libxslt makes a variable's value in a document of its own, which is
+    // the context's output meanwhile; the result is the first other one.
     xmlDocPtr output = context_->output;
+    if (!output || XSLT_IS_RES_TREE_FRAG(output)) return;
+    if (!result_) result_ = output;
     xsltStylesheetPtr style = context_->style;
-    if (!output || !style || output->type != XML_DOCUMENT_NODE || context_->type != XSLT_OUTPUT_XML) return;
+    if (output != result_ || !style || output->type != XML_DOCUMENT_NODE || context_->type != XSLT_OUTPUT_XML) return;
     const xmlChar* method = nullptr;
     const xmlChar* methodURI = nullptr;
     const xmlChar* encoding = nullptr;
@@ -85,8 +89,8 @@ void CResultWriter::WriteFinishedNodes() {
     if (!root || (!method && !root->ns && xmlStrcasecmp(root->name, BAD_CAST "html") == 0)) return;
 
     // The open elements: from where libxslt adds nodes, up to the document.
-    // A node being built outside the result (a variable's value, the text
-    // of an attribute or comment) never reaches the document.
+    // A node being built apart (the text of an attribute or a comment) never
+    // reaches it.
     xmlNodePtr insert = context_->insert;
     xmlNodePtr top = insert;
     while (top && top->parent) top = top->parent;

@@ -37,6 +37,7 @@ private:
     xmlNodePtr Fold(xmlNodePtr first, xmlNodePtr end, bool indent, const char* encoding);
 
     xsltTransformContextPtr context_;
+    xmlDocPtr result_ = nullptr;
     int period_;
     int created_ = 0;
     bool writing_ = false;
