@@ -2,13 +2,8 @@
 // the whole tree: style sheets put together from fuzzed output settings and
 // instructions save to the same text either way, whatever the writer leaves
 // whole.
-#include <libxslt/transform.h>
-#include <libxslt/xsltutils.h>
-
-#include <optional>
-
 #include "fuzz_services.h"
-#include "platform/libxslt_result_writer.h"
+#include "platform/result_writer_run.h"
 
 namespace {
 
@@ -46,36 +41,6 @@ std::string Instructions(FuzzedDataProvider& in, int depth) {
     return out;
 }
 
-// The saved result, empty when the sheet or the transformation fails.
-std::string Transform(const std::string& sheet, const std::string& list, int period) {
-    xmlDocPtr sheetDoc = xmlReadMemory(sheet.data(), static_cast<int>(sheet.size()), "", nullptr, XML_PARSE_NOERROR);
-    xsltStylesheetPtr style = sheetDoc ? xsltParseStylesheetDoc(sheetDoc) : nullptr;
-    if (!style) {
-        xmlFreeDoc(sheetDoc);
-        return std::string();
-    }
-    xmlDocPtr doc = xmlReadMemory(list.data(), static_cast<int>(list.size()), "", nullptr, 0);
-    xsltTransformContextPtr context = xsltNewTransformContext(style, doc);
-    xmlDocPtr result;
-    {
-        std::optional<CResultWriter> writer;
-        if (period) writer.emplace(context, period);
-        result = xsltApplyStylesheetUser(style, doc, nullptr, nullptr, nullptr, context);
-    }
-    std::string out;
-    xmlChar* bytes = nullptr;
-    int length = 0;
-    if (result && context->state == XSLT_STATE_OK && xsltSaveResultToString(&bytes, &length, result, style) == 0 &&
-        bytes)
-        out.assign(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length));
-    xmlFree(bytes);
-    xmlFreeDoc(result);
-    xsltFreeTransformContext(context);
-    xmlFreeDoc(doc);
-    xsltFreeStylesheet(style);
-    return out;
-}
-
 void Quiet(void*, const char*, ...) {}
 
 }  // namespace
@@ -97,6 +62,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     sheet += "<xsl:template match=\"I\">" + Instructions(in, 0) + "</xsl:template><xsl:template match=\"/\">";
     sheet += Instructions(in, 0) + "<xsl:apply-templates select=\"L/I\"/>" + Instructions(in, 0);
     sheet += "</xsl:template></xsl:stylesheet>";
-    Require(Transform(sheet, list, period) == Transform(sheet, list, 0));
+    Require(RunWithWriter(sheet, list, period).text == RunWithWriter(sheet, list, 0).text);
     return 0;
 }

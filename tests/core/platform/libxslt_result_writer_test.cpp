@@ -5,50 +5,9 @@
 
 #if defined(PW_HAVE_LIBXSLT)
 
-#include <libxslt/transform.h>
-#include <libxslt/xsltutils.h>
-
-#include <optional>
-#include <string>
-#include <utility>
-
-#include "platform/libxslt_result_writer.h"
+#include "result_writer_run.h"
 
 namespace {
-
-int CountNodes(xmlNodePtr node) {
-    int count = 0;
-    for (; node; node = node->next) count += 1 + CountNodes(node->children);
-    return count;
-}
-
-// The saved text and the number of nodes in the result tree; `period` 0
-// transforms without a writer.
-std::pair<std::string, int> Transform(const std::string& sheet, const std::string& list, int period) {
-    xsltStylesheetPtr style =
-        xsltParseStylesheetDoc(xmlReadMemory(sheet.data(), static_cast<int>(sheet.size()), "", nullptr, XML_PARSE_NOERROR));
-    xmlDocPtr doc = xmlReadMemory(list.data(), static_cast<int>(list.size()), "", nullptr, 0);
-    if (!style || !doc) return {};
-    xsltTransformContextPtr context = xsltNewTransformContext(style, doc);
-    xmlDocPtr result;
-    {
-        std::optional<CResultWriter> writer;
-        if (period) writer.emplace(context, period);
-        result = xsltApplyStylesheetUser(style, doc, nullptr, nullptr, nullptr, context);
-    }
-    std::pair<std::string, int> out;
-    xmlChar* bytes = nullptr;
-    int length = 0;
-    if (result && xsltSaveResultToString(&bytes, &length, result, style) == 0 && bytes)
-        out = {std::string(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(length)),
-               CountNodes(result->children)};
-    xmlFree(bytes);
-    xmlFreeDoc(result);
-    xsltFreeTransformContext(context);
-    xmlFreeDoc(doc);
-    xsltFreeStylesheet(style);
-    return out;
-}
 
 std::string Sheet(const std::string& output, const std::string& rootTemplate) {
     return "<xsl:stylesheet version=\"1.0\" xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\">" + output +
@@ -101,15 +60,15 @@ TEST(ResultWriter, WritesAheadOnlyWhatSavesTheSame) {
         {Sheet("<xsl:output method=\"text\"/>", nested), false},
     };
     for (const auto& c : cases) {
-        auto whole = Transform(c.sheet, list, 0);
-        ASSERT_GT(whole.first.size(), 1000u) << c.sheet;
+        const WriterRun whole = RunWithWriter(c.sheet, list, 0);
+        ASSERT_GT(whole.text.size(), 1000u) << c.sheet;
         for (int period : {1, 3, 64}) {
-            auto ahead = Transform(c.sheet, list, period);
-            EXPECT_EQ(ahead.first, whole.first) << c.sheet << " every " << period;
+            const WriterRun ahead = RunWithWriter(c.sheet, list, period);
+            EXPECT_EQ(ahead.text, whole.text) << c.sheet << " every " << period;
             if (!c.writtenAhead) {
-                EXPECT_EQ(ahead.second, whole.second) << c.sheet;
+                EXPECT_EQ(ahead.nodes, whole.nodes) << c.sheet;
             } else if (period == 64) {
-                EXPECT_LT(ahead.second, whole.second / 2) << c.sheet;
+                EXPECT_LT(ahead.nodes, whole.nodes / 2) << c.sheet;
             }
         }
     }
