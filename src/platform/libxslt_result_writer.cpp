@@ -77,9 +77,10 @@ void CResultWriter::WriteFinishedNodes() {
     XSLT_GET_IMPORT_PTR(doctypeSystem, style, doctypeSystem)
     XSLT_GET_IMPORT_INT(indent, style, indent)
     if (methodURI || (method && !xmlStrEqual(method, BAD_CAST "xml"))) return;
-    // An XHTML document type, added when the transformation ends, has the
-    // save write every node the XHTML way.
+    // An XHTML document type has the save write every node the XHTML way;
+    // libxslt adds the sheet's when the transformation ends.
     if ((doctypePublic || doctypeSystem) && xmlIsXHTML(doctypeSystem, doctypePublic)) return;
+    if (xmlDtdPtr dtd = xmlGetIntSubset(output); dtd && xmlIsXHTML(dtd->SystemID, dtd->ExternalID)) return;
     // Another encoding converts at the save, with character references for
     // what it cannot hold; UTF-8 writes each text as it stands.
     if (encoding && xmlStrcasecmp(encoding, BAD_CAST "UTF-8") != 0) return;
@@ -122,9 +123,11 @@ xmlNodePtr CResultWriter::Fold(xmlNodePtr first, xmlNodePtr end, bool indent, co
     xmlDocPtr output = context_->output;
     xmlOutputBufferPtr buffer = xmlAllocOutputBuffer(nullptr);
     if (!buffer) return first;
-    // As the save writes each of them (see xsltSaveResultTo).
+    // As the save writes each of them (see xsltSaveResultTo). The document
+    // is only looked at for an XHTML document type, which there is not; and
+    // looking means walking all its children, for every node.
     for (xmlNodePtr node = first; node != end; node = node->next)
-        xmlNodeDumpOutput(buffer, output, node, 0, indent ? 1 : 0, encoding);
+        xmlNodeDumpOutput(buffer, nullptr, node, 0, indent ? 1 : 0, encoding);
     xmlNodePtr folded = buffer->error ? nullptr
                                       : xmlNewDocTextLen(output, xmlOutputBufferGetContent(buffer),
                                                          static_cast<int>(xmlOutputBufferGetSize(buffer)));
