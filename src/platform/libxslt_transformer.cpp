@@ -21,6 +21,7 @@
 #include <cerrno>
 #include <cstring>
 #include <mutex>
+#include <optional>
 
 namespace {
 
@@ -245,8 +246,8 @@ xmlDocPtr ParseUtf8(std::string_view text, Blanks blanks) {
 
 class CLibxsltTransformer : public CXsltTransformer {
 public:
-    explicit CLibxsltTransformer(const std::string& codePage)
-        : toUtf8_("UTF-8", codePage.c_str()), fromUtf8_(codePage.c_str(), "UTF-8") {
+    CLibxsltTransformer(const std::string& codePage, std::size_t writeAheadFrom)
+        : writeAheadFrom_(writeAheadFrom), toUtf8_("UTF-8", codePage.c_str()), fromUtf8_(codePage.c_str(), "UTF-8") {
         fromUtf8_.SetUtf8Input();
     }
     bool ok() const { return toUtf8_.ok() && fromUtf8_.ok(); }
@@ -265,7 +266,8 @@ public:
         if (!context || xsltSetCtxtSecurityPrefs(prefs, context.get()) != 0) return std::string();
         std::unique_ptr<xmlDoc, DocFree> result;
         {
-            CResultWriter writer(context.get());
+            std::optional<CResultWriter> writer;
+            if (listXml.size() >= writeAheadFrom_) writer.emplace(context.get());
             result.reset(xsltApplyStylesheetUser(compiled, list.get(), nullptr, nullptr, nullptr, context.get()));
         }
         if (!result || context->state != XSLT_STATE_OK) return std::string();
@@ -321,6 +323,7 @@ private:
     }
 
     std::mutex mutex_;
+    const std::size_t writeAheadFrom_;
     std::string cachedText_;
     std::unique_ptr<xsltStylesheet, StyleFree> cached_;
     bool cacheValid_ = false;
@@ -330,8 +333,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<CXsltTransformer> CreateLibxsltTransformer(const std::string& codePage) {
-    auto transformer = std::make_unique<CLibxsltTransformer>(codePage);
+std::unique_ptr<CXsltTransformer> CreateLibxsltTransformer(const std::string& codePage, std::size_t writeAheadFrom) {
+    auto transformer = std::make_unique<CLibxsltTransformer>(codePage, writeAheadFrom);
     if (!transformer->ok()) return nullptr;
     return transformer;
 }

@@ -23,10 +23,10 @@ TEST(ResultWriter, WritesAheadOnlyWhatSavesTheSame) {
         list += "<I n=\"" + n + "\" t=\"Caf&#xE9; &amp; &lt;" + n + "&gt; &quot;\">text " + n + " &#x20AC;</I>";
     }
     list += "</L>";
-    // Every kind of node, namespaces, an xml:id, a variable's value copied in,
+    // Every kind of node, namespaces, a variable's value copied in,
     // attribute and comment texts built from instructions.
     const std::string items =
-        "<xsl:for-each select=\"L/I\"><p:item xml:id=\"i{@n}\" n=\"{@n}\">"
+        "<xsl:for-each select=\"L/I\"><p:item n=\"{@n}\">"
         "<xsl:attribute name=\"t\"><xsl:value-of select=\"@t\"/><xsl:comment/><xsl:value-of select=\"@n\"/>"
         "</xsl:attribute><xsl:value-of select=\".\"/>"
         "<code><xsl:value-of select=\"@t\"/></code><xsl:comment><xsl:value-of select=\"@n\"/></xsl:comment>"
