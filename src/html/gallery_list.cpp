@@ -10,6 +10,7 @@
 #include "html/published_names.h"
 #include "xml/ascii.h"
 #include "xml/xml_document.h"
+#include "xml/xml_layout.h"
 #include "xml/xml_scanner.h"
 
 namespace {
@@ -128,43 +129,42 @@ private:
     // The text GetXml writes for the tree, measured first and then copied
     // into place.
     std::string Write() const {
-        std::size_t size = 0;
-        Walk([&size](std::string_view piece) { size += piece.size(); }, [&size](std::size_t tabs) { size += tabs; });
-        std::string out(size, '\t');
-        char* at = out.data();
-        Walk(
-            [&at](std::string_view piece) {
+        struct Measure {
+            std::size_t size = 0;
+            void Text(std::string_view piece) { size += piece.size(); }
+            void Tabs(std::size_t count) { size += count; }
+        } measure;
+        Walk(measure);
+        std::string out(measure.size, '\t');
+        struct Copy {
+            char* at;
+            void Text(std::string_view piece) {
                 std::memcpy(at, piece.data(), piece.size());
                 at += piece.size();
-            },
-            [&at](std::size_t tabs) { at += tabs; });  // out is all tabs to begin with
+            }
+            void Tabs(std::size_t count) { at += count; }  // out is all tabs to begin with
+        } copy{out.data()};
+        Walk(copy);
         return out;
     }
 
-    // Calls text(piece) and tabs(count) for the pieces of the written tree.
-    template <class Text, class Tabs>
-    void Walk(Text text, Tabs tabs) const {
-        text("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n");
+    // Writes the tree into out (see xml_layout.h).
+    template <class Out>
+    void Walk(Out& out) const {
+        out.Text(xml_layout::kDeclaration);
         std::vector<std::uint32_t> open{0};  // the path to the element being written
         std::uint32_t next = 0;              // the element to open, or kNone to close open.back()
         while (!open.empty()) {
             const std::size_t depth = open.size() - 1;
             if (next != kNone) {
                 const Element& e = elements_[next];
-                if (next != 0) tabs(depth + 1);
-                text("<");
-                text(e.name);
-                text(">");
-                text(e.value.empty() ? std::string_view("\r\n") : e.value);
+                xml_layout::Open(out, next == 0 ? 0 : depth + 1, e.name, {}, e.value);
                 if (next != 0) open.push_back(next);
                 next = e.firstChild;
                 continue;
             }
             const Element& e = elements_[open.back()];
-            if (e.value.empty() && depth >= 1) tabs(depth);
-            text("</");
-            text(e.name);
-            text(">\r\n");
+            xml_layout::Close(out, depth, e.name, !e.value.empty());
             next = e.nextSibling;
             open.pop_back();
         }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "xml/ascii.h"
+#include "xml/xml_layout.h"
 #include "xml/xml_scanner.h"
 
 CXmlDocument::CXmlDocument() : current_(&root_) {}
@@ -88,7 +89,7 @@ bool CXmlDocument::NestsTooDeep(std::string_view text) {
 }
 
 std::string CXmlDocument::GetXml() {
-    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n";
+    std::string out(xml_layout::kDeclaration);
     writerDepth_ = -1;
     WriteElement(&root_, out);
     return out;
@@ -102,28 +103,15 @@ int CXmlDocument::WriteElement(CXmlElement* element, std::string& out) {
         CXmlElement* element;
         std::size_t next;
     };
+    xml_layout::StringOut text{out};
     auto open = [&](CXmlElement* e) {
         ++writerDepth_;
-        out.append(static_cast<std::size_t>(writerDepth_), '\t');
-        out += '<';
-        out += e->GetName();
         e->RebuildAttributeText();
-        if (!e->GetAttributeText().empty()) {
-            out += ' ';
-            out += e->GetAttributeText();
-        }
-        out += '>';
-        std::string_view value = e->GetRawValueView();
-        if (!value.empty())
-            out += value;
-        else
-            out += "\r\n";
+        xml_layout::Open(text, static_cast<std::size_t>(writerDepth_), e->GetName(), e->GetAttributeText(),
+                         e->GetRawValueView());
     };
     auto close = [&](CXmlElement* e) {
-        if (e->GetRawValueView().empty() && writerDepth_ >= 1) out.append(static_cast<std::size_t>(writerDepth_), '\t');
-        out += "</";
-        out += e->GetName();
-        out += ">\r\n";
+        xml_layout::Close(text, static_cast<std::size_t>(writerDepth_), e->GetName(), !e->GetRawValueView().empty());
         --writerDepth_;
     };
 
