@@ -1,6 +1,5 @@
 // Variable substitution, the three pieces of page HTML and gallery markup.
 #include <algorithm>
-#include <cstring>
 
 #include "extension/extension_engine.h"
 #include "html/color_type.h"
@@ -70,35 +69,10 @@ std::string CExtensionEngine::GalleryFor(const CXmlElement& property, const std:
 
 bool CExtensionEngine::MentionsAVariable(std::string_view text) {
     if (text.empty()) return false;
-    // One pass over the text for all the variables, not one per variable:
-    // a list of 10,000 pictures is 2 MB. Variables usually share their
-    // first character ('$'), which memchr finds fast.
     std::vector<std::string> variables;
-    bool startsOne[256] = {};
-    int starts = 0;
-    ForEachProperty(*SourceCopy().GetRoot(), [&](const CXmlElement& property) {
-        std::string variable = ReadPropertyRule(property).variable;
-        if (variable.empty()) return;
-        bool& start = startsOne[static_cast<unsigned char>(variable[0])];
-        if (!start) ++starts;
-        start = true;
-        variables.push_back(std::move(variable));
-    });
-    auto mentionedAt = [&](std::size_t at) {
-        for (const std::string& variable : variables)
-            if (text.compare(at, variable.size(), variable) == 0) return true;
-        return false;
-    };
-    if (starts == 1) {
-        const char first = variables[0][0];
-        for (const char *at = text.data(), *end = at + text.size();
-             (at = static_cast<const char*>(std::memchr(at, first, static_cast<std::size_t>(end - at)))); ++at)
-            if (mentionedAt(static_cast<std::size_t>(at - text.data()))) return true;
-        return false;
-    }
-    for (std::size_t at = 0; at < text.size(); ++at)
-        if (startsOne[static_cast<unsigned char>(text[at])] && mentionedAt(at)) return true;
-    return false;
+    ForEachProperty(*SourceCopy().GetRoot(),
+                    [&](const CXmlElement& property) { variables.push_back(ReadPropertyRule(property).variable); });
+    return ContainsAnyVariable(text, variables);
 }
 
 void CExtensionEngine::Replace(std::string& text, const std::string& variable, const std::string& replacement) {

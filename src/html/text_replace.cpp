@@ -1,5 +1,7 @@
 #include "html/text_replace.h"
 
+#include <cstring>
+
 namespace {
 
 std::size_t CountOccurrences(const std::string& text, std::string_view variable) {
@@ -47,4 +49,34 @@ bool ReplaceAllWithin(std::string& text, std::string_view variable, std::string_
 
 bool ContainsVariable(std::string_view text, std::string_view variable) {
     return !variable.empty() && text.find(variable) != std::string_view::npos;
+}
+
+bool ContainsAnyVariable(std::string_view text, const std::vector<std::string>& variables) {
+    // Candidates are where a variable's first character stands; when the
+    // variables share it (the usual '$'), memchr finds them.
+    bool startsOne[256] = {};
+    int starts = 0;
+    for (const std::string& variable : variables) {
+        if (variable.empty()) continue;
+        bool& start = startsOne[static_cast<unsigned char>(variable[0])];
+        if (!start) ++starts;
+        start = true;
+    }
+    auto containedAt = [&](std::size_t at) {
+        for (const std::string& variable : variables)
+            if (!variable.empty() && text.compare(at, variable.size(), variable) == 0) return true;
+        return false;
+    };
+    if (starts == 1) {
+        char first = 0;
+        for (const std::string& variable : variables)
+            if (!variable.empty()) first = variable[0];
+        for (const char *at = text.data(), *end = at + text.size();
+             (at = static_cast<const char*>(std::memchr(at, first, static_cast<std::size_t>(end - at)))); ++at)
+            if (containedAt(static_cast<std::size_t>(at - text.data()))) return true;
+        return false;
+    }
+    for (std::size_t at = 0; at < text.size() && starts > 0; ++at)
+        if (startsOne[static_cast<unsigned char>(text[at])] && containedAt(at)) return true;
+    return false;
 }

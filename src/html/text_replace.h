@@ -4,6 +4,7 @@
 // searched again. An empty variable replaces nothing.
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Returns the number of occurrences replaced.
 std::size_t ReplaceAll(std::string& text, std::string_view variable, std::string_view replacement);
@@ -15,3 +16,5 @@ bool ReplaceAllWithin(std::string& text, std::string_view variable, std::string_
 
 // Whether text contains variable; an empty variable is never contained.
 bool ContainsVariable(std::string_view text, std::string_view variable);
+// Whether text contains any of the variables, found in one pass over it.
+bool ContainsAnyVariable(std::string_view text, const std::vector<std::string>& variables);
