@@ -60,7 +60,7 @@ std::string CExtensionEngine::GalleryFor(const CXmlElement& property, const std:
     ExpansionMark mark(expanding_, variable);
     // A stored list is read where it stands unless variables in it are to be
     // replaced: with 10,000 pictures it is over a megabyte.
-    const std::string* stored = StoredValueOf(property);
+    const std::string* stored = values_.Find(variable);
     if (stored && !MentionsAVariable(*stored)) return GetGalleryCode(property, *stored, keepPaths);
     std::string list = CurrentValueOf(property);
     ReplaceVariables(list);

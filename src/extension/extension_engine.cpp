@@ -34,12 +34,9 @@ void CExtensionEngine::ReplaceValues(const CHashedStringMap& values) {
     UpdateHtml(0);
 }
 
-const std::string* CExtensionEngine::StoredValueOf(const CXmlElement& property) const {
-    return values_.Find(CXmlDocument::Unescape(property.GetAttribute("variable")));
-}
-
 std::string CExtensionEngine::CurrentValueOf(const CXmlElement& property) const {
-    if (const std::string* set = StoredValueOf(property)) return *set;
+    std::string variable = CXmlDocument::Unescape(property.GetAttribute("variable"));
+    if (const std::string* set = values_.Find(variable)) return *set;
     return CXmlDocument::Unescape(property.GetAttribute("value"));
 }
 

@@ -79,8 +79,6 @@ public:
     // The current value of a property element: the map's entry for its
     // decoded variable, else its decoded value attribute.
     std::string CurrentValueOf(const CXmlElement& property) const;
-    // The map's entry for the property's decoded variable, or null.
-    const std::string* StoredValueOf(const CXmlElement& property) const;
 
     // --- HTML ------------------------------------------------------------------
     const std::string& GetHtmlCache() const { return htmlCache_; }
@@ -154,8 +152,9 @@ private:
     // Returns false when the property has nothing to replace in text.
     bool ReplacementFor(const CXmlElement& property, const std::string& text, bool reduceFiles, int keepPaths,
                         std::string& variable, std::string& replacement);
-    // The gallery markup of an image-list property, its value substituted
-    // first; empty while the variable is being expanded.
+    // The gallery markup of an image-list property (variable is its decoded
+    // variable), its value substituted first; empty while the variable is
+    // being expanded.
     std::string GalleryFor(const CXmlElement& property, const std::string& variable, int keepPaths);
     // Whether ReplaceVariables would find a variable to replace in text.
     bool MentionsAVariable(std::string_view text);
