@@ -11,8 +11,6 @@ namespace {
 // XML component.
 constexpr std::string_view kScriptNamespace = "urn:schemas-microsoft-com:xslt";
 
-bool IsXmlSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
 // The text as an XML processor reads names and expressions in it: character
 // references and the predefined entities decoded, ASCII letters lower case.
 std::string AsProcessorReadsIt(std::string_view text) {
@@ -56,7 +54,7 @@ std::string AsProcessorReadsIt(std::string_view text) {
 bool CallsDocument(const std::string& text) {
     for (std::size_t at = text.find("document"); at != std::string::npos; at = text.find("document", at + 1)) {
         std::size_t next = at + 8;
-        while (next < text.size() && IsXmlSpace(text[next])) ++next;
+        while (next < text.size() && ascii::IsXmlSpace(static_cast<unsigned char>(text[next]))) ++next;
         if (next < text.size() && text[next] == '(') return true;
     }
     return false;
@@ -65,7 +63,9 @@ bool CallsDocument(const std::string& text) {
 bool UsesOutsideElement(const std::string& text) {
     for (std::size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at + 1)) {
         std::size_t end = at + 1;
-        while (end < text.size() && !IsXmlSpace(text[end]) && text[end] != '/' && text[end] != '>') ++end;
+        while (end < text.size() && !ascii::IsXmlSpace(static_cast<unsigned char>(text[end])) && text[end] != '/' &&
+               text[end] != '>')
+            ++end;
         std::string_view name(text.data() + at + 1, end - at - 1);
         std::size_t colon = name.rfind(':');
         std::string_view local = colon == std::string_view::npos ? name : name.substr(colon + 1);

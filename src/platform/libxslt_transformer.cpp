@@ -6,6 +6,7 @@
 #include "platform/libxslt_transformer.h"
 
 #include "platform/libxslt_result_writer.h"
+#include "xml/ascii.h"
 
 #include <iconv.h>
 #include <libxml/SAX2.h>
@@ -151,7 +152,7 @@ struct ContextFree {
 
 bool IsBlankText(const xmlChar* text) {
     for (; text && *text; ++text)
-        if (*text != ' ' && *text != '\t' && *text != '\r' && *text != '\n') return false;
+        if (!ascii::IsXmlSpace(*text)) return false;
     return true;
 }
 
