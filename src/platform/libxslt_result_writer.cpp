@@ -26,10 +26,8 @@ bool Foldable(xmlNodePtr node, bool topLevel) {
         case XML_TEXT_NODE:
         case XML_CDATA_SECTION_NODE:
         case XML_COMMENT_NODE:
-        case XML_PI_NODE:
-            return true;
-        default:
-            return false;
+        case XML_PI_NODE: return true;
+        default: return false;
     }
 }
 
