@@ -11,9 +11,9 @@ thread_local CResultWriter* tWatching = nullptr;
 
 // Marks the text nodes that hold nodes written ahead (libxslt never looks at
 // a result node's psvi).
-char tWrittenAhead;
+char writtenAheadMark;
 
-bool WrittenAhead(xmlNodePtr node) { return node->type == XML_TEXT_NODE && node->psvi == &tWrittenAhead; }
+bool WrittenAhead(xmlNodePtr node) { return node->type == XML_TEXT_NODE && node->psvi == &writtenAheadMark; }
 
 // Nodes whose serialisation is the same wherever it is made, given the
 // same indentation: below the top level, when the output is not indented,
@@ -132,7 +132,7 @@ xmlNodePtr CResultWriter::Fold(xmlNodePtr first, xmlNodePtr end, bool indent, co
     xmlOutputBufferClose(buffer);
     if (!folded) return first;
     folded->name = xmlStringTextNoenc;  // written as it stands, like disable-output-escaping
-    folded->psvi = &tWrittenAhead;
+    folded->psvi = &writtenAheadMark;
 
     xmlNodePtr parent = end->parent;
     xmlNodePtr before = first->prev;
